@@ -1,0 +1,13 @@
+// The few services of the operating system that the engine uses: one clock
+// and one short sleep. Threads and the lock come from the standard library.
+#pragma once
+
+// Nonzero makes every time measure whole seconds (the -cpu switch).
+extern int wholeSecondClock;
+
+// Seconds from an arbitrary origin; only differences are ever used. A nonzero
+// mode truncates to whole seconds.
+double clock(int mode);
+
+// The pause of every wait loop: about one millisecond.
+void sleepOneMillisecond();
