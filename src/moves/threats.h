@@ -1,0 +1,10 @@
+// Two small questions the searches ask about a position.
+#pragma once
+
+#include "board/types.h"
+
+// 0 if the piece that just moved threatens nothing worth a look; 2 if it
+// attacks something bigger than itself; 1 if it wins an exchange.
+int moveThreat(const Position& position);
+// Legal replies to check, counted up to 3.
+int countEvasions(const Position& position);

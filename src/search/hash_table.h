@@ -1,0 +1,45 @@
+// The transposition table: one global table of four-entry buckets.
+#pragma once
+
+#include <cstdint>
+
+struct HashEntry {
+  uint64_t key;    // whole hashKey; 0 means never used
+  int16_t score;   // mate scores stored as distance from this node
+  uint16_t move;
+  int16_t depth;   // half plies
+  uint8_t bound;   // low 4 bits: 1 upper, 2 lower, 3 exact
+  uint8_t age;
+};
+
+struct HashBucket {
+  HashEntry entries[4];
+};
+
+struct HashTable {
+  uint64_t bucketCount;
+  uint64_t mask;
+  uint32_t age;
+  HashBucket* buckets;  // null while Hash is 0
+};
+
+extern HashTable hashTable;
+
+constexpr int boundUpper = 1;
+constexpr int boundLower = 2;
+constexpr int boundExact = 3;
+
+constexpr int mateScore = 32000;
+constexpr int mateThreshold = 31800;    // larger magnitudes count as mate scores
+constexpr int mateShiftLimit = 31799;   // stored scores beyond this move with the ply
+constexpr int storeLimit = 32500;
+
+void hashAllocate(int32_t sizeMb);
+void hashRelease();
+void hashClear();
+void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move);
+// The entry of this key, or null on a miss (always a miss without a table).
+const HashEntry* hashProbe(uint64_t key);
+
+int32_t scoreToStore(int32_t score, int ply);
+int32_t scoreFromStore(int32_t score, int ply);
