@@ -1,0 +1,210 @@
+#include "search/book.h"
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "moves/picker.h"
+#include "shell/log.h"
+#include "shell/options.h"
+
+FILE* bookFile = nullptr;
+
+namespace {
+
+constexpr int maxBookMoves = 128;
+constexpr int maxCandidates = 64;
+
+struct BookRecord {
+  uint64_t key;
+  uint16_t move;
+  uint16_t weight;
+};
+
+[[noreturn]] void bookFailure(const char* text) {
+  std::fputs(text, stderr);
+  std::exit(1);
+}
+
+BookRecord readRecord(long index) {
+  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) bookFailure("Error with fseek opening book\n");
+  unsigned char bytes[16];
+  if (std::fread(bytes, 1, 16, bookFile) != 16) bookFailure("Error with fread opening book\n");
+  BookRecord record;
+  std::memcpy(&record.key, bytes, 8);
+  std::memcpy(&record.move, bytes + 8, 2);
+  std::memcpy(&record.weight, bytes + 10, 2);
+  reverseBytes(&record.key, 8);
+  reverseBytes(&record.move, 2);
+  reverseBytes(&record.weight, 2);
+  return record;
+}
+
+long recordCount() {
+  if (std::fseek(bookFile, 0, SEEK_END) != 0) bookFailure("Error with fseek opening book\n");
+  long length = std::ftell(bookFile);
+  return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
+}
+
+void bookMoveText(uint16_t bookMove, const Position& position, char* text) {
+  moveToText(bookMove & 0xfff, text);
+  int promotion = (bookMove >> 12) & 7;
+  if (promotion >= 1 && promotion <= 4) {
+    size_t length = std::strlen(text);
+    text[length] = " nbrq"[promotion];
+    text[length + 1] = 0;
+  }
+  // The book writes castling as the king taking its own rook.
+  if (position.pieces[White][King] & squareBit(4)) {
+    if (std::strcmp(text, "e1h1") == 0) std::strcpy(text, "e1g1");
+    if (std::strcmp(text, "e1a1") == 0) std::strcpy(text, "e1c1");
+  }
+  if (position.pieces[Black][King] & squareBit(60)) {
+    if (std::strcmp(text, "e8h8") == 0) std::strcpy(text, "e8g8");
+    if (std::strcmp(text, "e8a8") == 0) std::strcpy(text, "e8c8");
+  }
+}
+
+}  // namespace
+
+void reverseBytes(void* data, int length) {
+  unsigned char* bytes = static_cast<unsigned char*>(data);
+  for (int i = 0, j = length - 1; i < j; ++i, --j) {
+    unsigned char swap = bytes[i];
+    bytes[i] = bytes[j];
+    bytes[j] = swap;
+  }
+}
+
+void openBook() {
+  if (bookFile) {
+    std::fclose(bookFile);
+    bookFile = nullptr;
+  }
+  if (ownBook != 1) return;
+  // A directory opens for reading here; a name that isn't a regular file
+  // counts as a book that doesn't open, so the engine simply plays without one.
+  struct stat status;
+  if (stat(bookFileName, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  bookFile = std::fopen(bookFileName, "rb");
+}
+
+uint64_t polyglotKey(const Position& position) {
+  uint64_t key = 0;
+  for (int colour = White; colour <= Black; ++colour)
+    for (int piece = Pawn; piece <= King; ++piece) {
+      int kind = 2 * (piece - 1) + (colour == White ? 1 : 0);
+      for (Bitboard b = position.pieces[colour][piece]; b;) key ^= polyglotRandom[64 * kind + popLowest(b)];
+    }
+  if (!(position.moved & whiteShortMask)) key ^= polyglotRandom[768];
+  if (!(position.moved & whiteLongMask)) key ^= polyglotRandom[769];
+  if (!(position.moved & blackShortMask)) key ^= polyglotRandom[770];
+  if (!(position.moved & blackLongMask)) key ^= polyglotRandom[771];
+  if (position.epBit) key ^= polyglotRandom[772 + fileOfSquare(lowestSquare(position.epBit))];
+  if (sideToMove(position) == White) key ^= polyglotRandom[780];
+  return key;
+}
+
+Move probeBook(const Position& root) {
+  if (!bookFile) return 0;
+  const uint64_t key = polyglotKey(root);
+  const long count = recordCount();
+  if (count == 0) return 0;
+  long low = 0, high = count - 1, mid = 0;
+  bool found = false;
+  while (low <= high) {
+    mid = low + (high - low) / 2;
+    uint64_t recordKey = readRecord(mid).key;
+    if (recordKey > key) {
+      high = mid - 1;
+    } else if (recordKey < key) {
+      low = mid + 1;
+    } else {
+      found = true;
+      break;
+    }
+  }
+  if (!found) return 0;
+
+  // The legal moves of the root, with their texts.
+  struct LegalMove {
+    Move move;
+    char text[8];
+  } legal[maxBookMoves];
+  int legalCount = 0;
+  MovePicker picker;
+  initPicker(picker, root, 0, 0, 0, 0);
+  Position scratch;
+  for (Move move; (move = nextMove(picker)) != 0;) {
+    makeMove(root, scratch, move);
+    if (kingAttacked(scratch, sideToMove(root))) continue;
+    // More legal moves than the list holds: the rest are left out.
+    if (legalCount == maxBookMoves) break;
+    legal[legalCount].move = move;
+    moveToText(move, legal[legalCount].text);
+    ++legalCount;
+  }
+
+  long first = mid;
+  while (first > 0 && readRecord(first - 1).key == key) --first;
+
+  struct Candidate {
+    Move move;
+    int weight;
+  } candidates[maxCandidates];
+  int candidateCount = 0;
+  int total = 0;
+  for (long index = first; index < count; ++index) {
+    BookRecord record = readRecord(index);
+    if (record.key != key) break;
+    if (record.weight == 0) continue;
+    char text[8];
+    bookMoveText(record.move, root, text);
+    int match = -1;
+    for (int i = 0; i < legalCount && match < 0; ++i)
+      if (std::strcmp(legal[i].text, text) == 0) match = i;
+    if (match < 0) {
+      logPrintf("Hey, book seems broken\n");
+      return 0;
+    }
+    // Entries beyond the candidate list's room are dropped in file order.
+    if (candidateCount == maxCandidates) continue;
+    candidates[candidateCount++] = {legal[match].move, record.weight};
+    total += record.weight;
+    logPrintf("book: %-5s %5d\n", text, record.weight);
+  }
+  if (total == 0) return 0;
+
+  if (bestLineOnly) {
+    for (int i = 0; i < candidateCount; ++i)
+      for (int j = i + 1; j < candidateCount; ++j)
+        if (candidates[j].weight > candidates[i].weight) {
+          Candidate swap = candidates[i];
+          candidates[i] = candidates[j];
+          candidates[j] = swap;
+        }
+    int kept = 1;
+    total = candidates[0].weight;
+    while (kept < candidateCount && candidates[kept].weight >= candidates[kept - 1].weight) {
+      total += candidates[kept].weight;
+      ++kept;
+    }
+    candidateCount = kept;
+  }
+
+  int mask = 0;
+  while (mask < total - 1) mask = mask * 2 + 1;
+  int draw;
+  do draw = std::rand() & mask;
+  while (draw >= total);
+  int sum = 0;
+  for (int i = 0; i < candidateCount; ++i) {
+    sum += candidates[i].weight;
+    if (draw < sum) return candidates[i].move;
+  }
+  return 0;
+}

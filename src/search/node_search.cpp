@@ -1,0 +1,321 @@
+#include <cstdlib>
+
+#include "board/attacks.h"
+#include "board/exchange.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "eval/evaluate.h"
+#include "moves/picker.h"
+#include "moves/threats.h"
+#include "search/conventions.h"
+#include "search/hash_table.h"
+#include "search/reductions.h"
+#include "search/search.h"
+#include "search/search_common.h"
+#include "shell/options.h"
+#include "shell/search_flags.h"
+
+int futilityMargin[24];
+int hangingMargin[20];
+
+namespace {
+
+// Margins by remaining depth in half plies (index 2..7 and 2..5).
+constexpr int staticMargin[8] = {0, 0, 110, 115, 125, 130, 140, 160};
+constexpr int threatMargin[6] = {0, 0, 10, 15, 30, 35};
+// Moves after which quiet moves are pruned at shallow depth, by node parity.
+constexpr int lateMoveLimit[2][10] = {
+    {0, 0, 3, 4, 5, 6, 7, 8, 14, 17},
+    {0, 0, 4, 5, 6, 7, 8, 9, 10, 11},
+};
+constexpr Bitboard sixthRank[2] = {0x0000ff0000000000ULL, 0x0000000000ff0000ULL};
+
+// How the futility limit reads 2^s when s is negative (nodeParity 1 with
+// newDepth 4 or 5). The choices: the term is 0; so large that the test never
+// fires; so negative that it always fires; or what a 32-bit shift by s & 31
+// gives, with the sum wrapped to 32 bits.
+enum class NegativePowerReading { Zero, NeverFires, AlwaysFires, Wrapped32 };
+constexpr NegativePowerReading negativePowerReading = NegativePowerReading::Wrapped32;
+
+int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
+  int64_t rest = int64_t{eval} + 20 + 2 * newDepth - 3 * moveCount;
+  if (s >= 0) return rest + (int64_t{1} << s);
+  switch (negativePowerReading) {
+    case NegativePowerReading::Zero: return rest;
+    case NegativePowerReading::NeverFires: return INT64_MIN / 2;
+    case NegativePowerReading::AlwaysFires: return INT64_MAX / 2;
+    case NegativePowerReading::Wrapped32: {
+      uint32_t term = uint32_t{1} << (static_cast<uint32_t>(s) & 31);
+      return static_cast<int32_t>(static_cast<uint32_t>(rest) + term);
+    }
+  }
+  return rest;
+}
+
+bool opponentPawnOnSeventh(const Position& position, int them) {
+  return (position.pieces[them][Pawn] & seventhRank[them]) != 0;
+}
+
+}  // namespace
+
+int searchNode(Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
+  // 1. Entry.
+  if (stopSearch) return 0;
+  if (searchPollSaysStop()) return 0;
+  const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
+  const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
+  // 2. Drawn material.
+  if (isDrawnMaterial(position, ply)) return drawValue(ply);
+  const bool inCheck = position.inCheck != 0;
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+
+  Move scratch[lineLength] = {};
+  // 3. Horizon: a quiet node gets one more ply only if the move that led here
+  // threatens something and the score stands just above beta.
+  if (depth < 2) {
+    if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
+      return searchQuiet(position, beta - 1, beta, 0, ply, line);
+    int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    if (beta <= value && value < beta + 75) {
+      position.horizonExtensions = 1;
+      return searchNode(position, beta, depth + 2, ply, scratch, 0, noNull);
+    }
+    return searchQuiet(position, beta - 1, beta, 0, ply, line);
+  }
+
+  // 4. Hash probe.
+  line[0] = 0;
+  int hashScore = 0;
+  Move hashMove = 0;
+  const HashEntry* hit = nullptr;
+  if (!excludedMove) {
+    hit = hashProbe(position.hashKey);
+    if (hit) {
+      hashScore = hit->score;
+      hashMove = hit->move;
+      if (depth <= hit->depth) {
+        int stored = scoreFromStore(hit->score, ply);
+        if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta))
+          return stored;
+      }
+    }
+  }
+
+  // 5. Static evaluation.
+  const int us = sideToMove(position);
+  const int them = us ^ 1;
+  int eval = 0;
+  if (!inCheck) {
+    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    if (hit) eval = sharpenWithEntry(eval, *hit);
+  }
+
+  // 6. Hopeless node.
+  if (depth <= 7 && !inCheck && eval < beta - 1250) return eval;
+
+  // 7. Winning without counterplay: search it less deeply.
+  if (depth >= 4 && !inCheck && eval > 400 && !position.pieces[them][Queen] && !opponentPawnOnSeventh(position, them))
+    depth -= 2;
+
+  // 8.
+  const int parity = nodeParity(position, ply);
+
+  // 9. Internal iterative deepening.
+  bool nullMoveAllowed = true;
+  if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
+    hashScore = searchNode(position, beta + 5, depth - 8, ply, scratch, 0, 1);
+    hashMove = scratch[0];
+    if (hashScore < beta + 5) nullMoveAllowed = false;
+  }
+
+  Position child;
+  // 10. Null-move rules.
+  if (nullMoveAllowed && !noNull && nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
+    // The slot may hold something new since step 4; read it once more.
+    int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
+    if (nullEval >= beta + 5) {
+      if (depth <= 5) {
+        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return beta;
+        int hanging = opponentPawnOnSeventh(position, them) ? 15 : -worstHanging(position);
+        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return beta;
+      } else {
+        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return beta;
+        int reduction;
+        if (position.phase < 24)
+          reduction = (depth - 8) / 12 + 2 + (nullEval > beta + 220 ? 1 : 0);
+        else
+          reduction = (depth - 8) / 8 + 3 + (nullEval > beta + 110 ? 1 : 0);
+        // Pawns and king alone risk zugzwang: no null move there.
+        Bitboard pieces = position.pieces[us][0] & ~position.pieces[us][Pawn] & ~position.pieces[us][King];
+        if (pieces) {
+          makeMove(position, child, 0);
+          int value = -searchNode(child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
+          if (stopSearch) return 0;
+          if (std::abs(value) <= mateThreshold && value >= beta) return beta;
+        }
+      }
+    }
+  }
+
+  // 11. Razoring.
+  const int halfDepth = depth >> 1;
+  if (!inCheck) {
+    bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
+    if (halfDepth == 1) {
+      if (eval < beta - 120 && razorAllowed) return searchQuiet(position, beta - 1, beta, 0, ply, scratch);
+    } else if (depth >= 4 && depth <= 9 && std::abs(beta) <= mateThreshold) {
+      int target = beta - (120 + 20 * (depth - 2));
+      if (eval < target && razorAllowed) {
+        int value = searchQuiet(position, target - 1, target, 0, ply, scratch);
+        if (stopSearch) return 0;
+        if (value < target) return value;
+      }
+    }
+  }
+
+  // 12. Choosing the moves.
+  MovePicker picker;
+  int bestScore = -32001;
+  int moveCount = 0;
+  bool singleReply = false;
+  if (inCheck) {
+    initPicker(picker, position, 4, hashMove, 0, 0);
+    singleReply = halfDepth > 6 && countEvasions(position) == 1;
+  } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
+    // Only captures and checks can lift this node; eval stands as the score to beat.
+    initPicker(picker, position, 2, hashMove, 0, 0);
+    bestScore = eval;
+    moveCount = 1;
+  } else {
+    initPicker(picker, position, 0, hashMove, killer1[ply], killer2[ply]);
+  }
+
+  // 13. The move loop.
+  TriedQuiet triedQuiets[maxGeneratedMoves];
+  int triedCount = 0;
+  // A draw that cuts off reaches the update before its own class is worked
+  // out, so the class of the move tried before it stands (0 at first).
+  int moveClassBits = 0;
+  const Bitboard enemyKing = position.pieces[them][King];
+  Move move;
+  bool cutOff = false;
+  while ((move = nextMove(picker)) != 0) {
+    if (move == excludedMove) continue;
+    const int kind = moveKindIndex(move);
+    const Square from = moveFrom(move);
+    const Square to = moveTo(move);
+    const bool isKiller = move == entryKiller1 || move == entryKiller2;
+
+    // 13.2 Late move pruning.
+    if (depth <= 7 && !inCheck && !isKiller && moveCount > lateMoveLimit[parity][depth] && kind <= 1 &&
+        !(position.pieces[them][0] & squareBit(to)) &&
+        !(position.pieces[us][Pawn] & sixthRank[us] & squareBit(from)) && !givesCheck(position, move))
+      continue;
+    // 13.3 Under-promotions only where the knight would check.
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) continue;
+    // 13.4 Exchange pruning.
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) continue;
+
+    // 13.5
+    makeMove(position, child, move);
+    if (kingAttacked(child, us)) continue;
+    child.inCheck = kingAttacked(child, them);
+    ++moveCount;
+
+    int value;
+    // 13.6 Draw by repetition: not searched.
+    if (repetitionDraw(child)) {
+      value = drawValue(ply);
+      if (stopSearch) return 0;
+    } else {
+      // 13.7
+      moveClassBits = moveClass(position, child, move);
+      if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
+
+      // 13.8 Extension, in quarter plies.
+      int extension = singleReply ? 2 : 0;
+      if (child.inCheck) {
+        extension += 2;
+        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1;
+      } else if (extension == 0 && moveCount == 1 && depth >= 6 && depth <= 13) {
+        extension = 2;
+      }
+      // 13.9 Singular test: the hash move alone holds the score.
+      if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
+        int target = hashScore - 20;
+        int singular = searchNode(position, target, halfDepth, ply, scratch, move, 0);
+        if (stopSearch) return 0;
+        if (singular < target) extension = 2;
+      }
+      // 13.10 New depth.
+      if (extension > 4) extension = 4;
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8;  // into a pawn ending
+      int carried = extension + child.extensionRemainder;
+      int newDepth = depth + (carried >> 1);
+      child.extensionRemainder = static_cast<uint8_t>(carried & 1);
+
+      // 13.11 The piece moved out of a losing exchange into a safe square.
+      bool escapes = newDepth >= 6 && newDepth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
+                     exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
+
+      // 13.12 Futility by move number.
+      if (newDepth >= 4 && newDepth <= 17 && (moveClassBits & 5) == 0 && !isKiller && bestScore >= -31900 &&
+          moveCount >= 7) {
+        int s = parity == 0 ? newDepth - 4 : newDepth - 6;
+        if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
+          if (exchangeValue(position, move, 0) < 0) continue;
+          if (moveThreat(child) == 0) continue;
+        }
+      }
+
+      // 13.13 Late fail-low without a search.
+      if (halfDepth == 4 && !inCheck && !child.inCheck && moveCount > lateMoveLimit[parity][depth] && !isKiller &&
+          move != hashMove && bestScore >= -31900 && moveClassBits == 0 && moveThreat(child) == 0) {
+        value = beta - 1;
+      } else {
+        bool searched = false;
+        // 13.14 Reduction.
+        int reduction = reductionNodeAt(newDepth, parity ? 2 * moveCount : moveCount);
+        if (newDepth >= 8 && useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
+            move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
+          int reduced = newDepth - 2 - (escapes ? 2 : reduction);
+          if (reduced == 2 || reduced == 3) reduced = 0;
+          value = -searchNode(child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
+          if (stopSearch) return 0;
+          searched = value < beta;
+        }
+        // 13.15 Full search.
+        if (!searched) {
+          value = -searchNode(child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
+          if (stopSearch) return 0;
+        }
+      }
+    }
+
+    // 13.16
+    if (value <= bestScore) continue;
+    bestScore = value;
+    if (value < beta) continue;
+    cutOff = true;
+    line[0] = move;
+    line[1] = 0;
+    if ((moveClassBits & 5) == 0) {
+      recordKiller(move, ply);
+      creditHistory(triedQuiets, triedCount, triedCount - 1, us, halfDepth);
+    }
+    break;
+  }
+
+  // 14. The end of the node.
+  if (!cutOff) {
+    if (stopSearch) return 0;
+    if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
+  }
+  if (excludedMove) return bestScore;
+  if (bestScore >= beta)
+    hashStore(position.hashKey, static_cast<int16_t>(depth), scoreToStore(bestScore, ply), boundLower,
+              static_cast<uint16_t>(line[0]));
+  else
+    hashStore(position.hashKey, static_cast<int16_t>(depth), scoreToStore(bestScore, ply), boundUpper, 0);
+  return bestScore;
+}

@@ -1,0 +1,122 @@
+#include "board/exchange.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "eval/evaluate.h"
+#include "eval/tables.h"
+#include "moves/picker.h"
+#include "search/conventions.h"
+#include "search/hash_table.h"
+#include "search/search.h"
+#include "search/search_common.h"
+#include "shell/search_flags.h"
+
+int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
+  if (stopSearch) return 0;
+  if (searchPollSaysStop()) return 0;
+  if (isDrawnMaterial(position, ply)) return drawValue(ply);
+  line[0] = 0;
+  const bool inCheck = position.inCheck != 0;
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+
+  const bool zeroWindow = beta == alpha + 1;
+  Move hashMove = 0;
+  const HashEntry* hit = depth >= -10 ? hashProbe(position.hashKey) : nullptr;
+  if (hit) {
+    hashMove = hit->move;
+    if (zeroWindow && depth <= hit->depth) {
+      int stored = scoreFromStore(hit->score, ply);
+      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return stored;
+    }
+  }
+
+  const int us = sideToMove(position);
+  const int them = us ^ 1;
+  int eval = 0;
+  if (!inCheck) {
+    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    if (hit) eval = sharpenWithEntry(eval, *hit);
+    if (depth < -59) return eval;
+  }
+
+  MovePicker picker;
+  int bestScore;
+  int moveCount;
+  bool dropQuietMoves = false;
+  if (inCheck) {
+    // No stand-pat in check: every evasion is tried, however deep.
+    initPicker(picker, position, 4, hashMove, 0, 0);
+    bestScore = -32001;
+    moveCount = 0;
+  } else {
+    if (eval >= beta) return eval;
+    if (eval > alpha) alpha = eval;
+    bestScore = eval;
+    moveCount = 1;
+    if (depth == 0 || (!zeroWindow && depth >= -2)) {
+      initPicker(picker, position, 2, hashMove, 0, 0);
+      dropQuietMoves = true;
+    } else {
+      initPicker(picker, position, 3, 0, 0, 0);
+    }
+  }
+
+  const int phaseRow = position.phase < 96 ? position.phase : 96;
+  Position child;
+  Move scratch[lineLength] = {};
+  Move move;
+  while ((move = nextMove(picker)) != 0) {
+    const int kind = moveKindIndex(move);
+    const Square to = moveTo(move);
+    if (kind >= 5) continue;  // under-promotions never pay off this deep
+    if (inCheck) {
+      if (bestScore >= -31900 && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
+          exchangeValue(position, move, 0) < 0)
+        continue;
+    } else {
+      // Delta pruning: even winning the victim can't lift the score to alpha.
+      if (kind <= 2) {
+        int victim = pieceCodeOn(position, them, to);
+        int margin = victim == Pawn ? 80 : 140;
+        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) continue;
+      }
+      if (depth < -16 && to != moveTo(position.lastMove)) continue;
+    }
+
+    makeMove(position, child, move);
+    if (kingAttacked(child, us)) continue;
+    child.inCheck = kingAttacked(child, them);
+    ++moveCount;
+
+    int value;
+    if (repetitionDraw(child)) {
+      value = drawValue(ply);
+      if (value <= bestScore) continue;
+    } else {
+      int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
+                          (inCheck ? 4 : 0);
+      if (dropQuietMoves && moveClassBits == 0) continue;
+      value = -searchQuiet(child, -beta, -alpha, depth - 2, ply + 1, scratch);
+      if (stopSearch) return 0;
+      if (value <= bestScore) continue;
+    }
+    bestScore = value;
+    if (value > alpha) {
+      line[0] = move;
+      line[1] = 0;
+      alpha = value;
+    }
+    if (value >= beta) break;
+  }
+
+  if (stopSearch) return 0;
+  if (moveCount == 0) bestScore = ply - mateScore;
+  if (zeroWindow) {
+    // Depth -2 serves every level below the first: a probe needs depth <= stored.
+    int16_t storedDepth = depth >= 0 ? 0 : -2;
+    if (bestScore >= beta)
+      hashStore(position.hashKey, storedDepth, scoreToStore(bestScore, ply), boundLower, static_cast<uint16_t>(line[0]));
+    else
+      hashStore(position.hashKey, storedDepth, scoreToStore(bestScore, ply), boundUpper, 0);
+  }
+  return bestScore;
+}

@@ -1,0 +1,40 @@
+// Small helpers shared by the three recursive searches.
+#pragma once
+
+#include <cstdlib>
+
+#include "board/types.h"
+#include "search/hash_table.h"
+
+// Piece code of colour's piece on s, pawn first; 0 if none.
+inline int pieceCodeOn(const Position& position, int colour, Square s) {
+  Bitboard bit = squareBit(s);
+  if (!(position.pieces[colour][0] & bit)) return NoPiece;
+  for (int piece = Pawn; piece <= King; ++piece)
+    if (position.pieces[colour][piece] & bit) return piece;
+  return NoPiece;
+}
+
+// A stored bound sharpens the static value; mate scores are left out.
+inline int sharpenWithEntry(int eval, const HashEntry& entry) {
+  if (std::abs(entry.score) > mateThreshold) return eval;
+  switch (entry.bound & 3) {
+    case boundExact: return entry.score;
+    case boundLower: return entry.score > eval ? entry.score : eval;
+    case boundUpper: return entry.score < eval ? entry.score : eval;
+    default: return eval;
+  }
+}
+
+// The record of the quiet moves tried at a node, for the history update.
+struct TriedQuiet {
+  uint8_t piece;
+  uint8_t to;
+};
+
+// Credits the history with a node's quiet moves: all of them were tried, the
+// one at bestIndex succeeded. Counters are halved to keep them recent.
+void creditHistory(const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth);
+
+// A quiet move that cut off becomes the newest killer of its ply.
+void recordKiller(Move move, int ply);

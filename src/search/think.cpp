@@ -1,0 +1,345 @@
+#include "search/think.h"
+
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "eval/evaluate.h"
+#include "eval/piece_square.h"
+#include "moves/generate.h"
+#include "moves/picker.h"
+#include "search/book.h"
+#include "search/hash_table.h"
+#include "search/reductions.h"
+#include "search/search.h"
+#include "shell/log.h"
+#include "shell/options.h"
+#include "shell/platform.h"
+#include "shell/search_flags.h"
+#include "shell/uci.h"
+
+int32_t hardTimePercent = 500;
+int32_t goalReached = 0;
+int32_t firstSearchPending = 1;
+char bestMoveText[8] = "ZZZZ";
+double depthTime[32];
+uint64_t depthNodes[32];
+int32_t depthScore[32];
+Move depthMove[32];
+
+namespace {
+
+constexpr int maxIterations = 99;  // go clips its depth to this
+
+struct PvRow {
+  int32_t score;
+  int32_t timeMs;
+  Move line[lineLength];
+};
+
+// Moves of the current search, kept between iterations.
+PvRow rows[maxIterations + 1];
+int32_t scoreByDepth[maxIterations + 1];
+Move moveByDepth[maxIterations + 1];
+
+double elapsedSince(double start) {
+  double elapsed = clock(wholeSecondClock) - start;
+  return elapsed > 0.0 ? elapsed : 0.0;
+}
+
+// Takes the text of move out of a blank-separated list; false if nothing is left.
+bool removeFromList(char* list, Move move) {
+  char text[8];
+  moveToText(move, text);
+  char rebuilt[moveListCapacity] = "";
+  size_t used = 0;
+  char* save = nullptr;
+  for (char* token = strtok_r(list, " ", &save); token; token = strtok_r(nullptr, " ", &save)) {
+    if (std::strcmp(token, text) == 0) continue;
+    used += std::snprintf(rebuilt + used, sizeof rebuilt - used, "%s ", token);
+    if (used >= sizeof rebuilt) break;
+  }
+  std::snprintf(list, moveListCapacity, "%s", rebuilt);
+  return rebuilt[0] != 0;
+}
+
+// Re-searches a failed aspiration window until the value lies inside it, or
+// falls back to the full window when it fails on the side that was reopened.
+int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const char* list,
+                  uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
+  const bool failedHigh = value >= window.beta;
+  if (stopSearch || (!failedHigh && value > window.alpha)) return value;
+  for (;;) {
+    window = widenWindow(window, value);
+    value = searchRoot(root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
+    if (stopSearch || (value > window.alpha && value < window.beta)) return value;
+    bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
+    if (reopenedSideFailed) return searchRoot(root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
+  }
+}
+
+void copyLine(Move* destination, const Move* source) {
+  for (int i = 0; i < lineLength; ++i) destination[i] = source[i];
+  destination[lineLength - 1] = 0;
+}
+
+}  // namespace
+
+AspirationWindow widenWindow(AspirationWindow window, int value) {
+  int width = window.beta - window.alpha;
+  if (value >= window.beta) {
+    int widened = static_cast<int>(width * 1.5 + (value - 1));
+    return {value - 1 > -32001 ? value - 1 : -32001, widened < 32001 ? widened : 32001};
+  }
+  int widened = static_cast<int>((value + 1) - width * 1.5);
+  return {widened > -32001 ? widened : -32001, value + 1 < 32001 ? value + 1 : 32001};
+}
+
+void pvToText(const Move* line, char* text) {
+  text[0] = 0;
+  std::strcpy(bestMoveText, "ZZZZ");
+  size_t used = 0;
+  char move[8];
+  for (int i = 0; i < lineLength && line[i] != 0; ++i) {
+    moveToText(line[i], move);
+    std::memcpy(text + used, move, std::strlen(move));
+    used += std::strlen(move);
+    text[used++] = ' ';
+    text[used] = 0;
+    if (i == 0) std::strcpy(bestMoveText, move);
+  }
+}
+
+void scoreToText(int score, char* text) {
+  if (std::abs(score) > 31800) {
+    int mateIn = score > 0 ? (32000 - score) / 2 + 1 : -((31999 - std::abs(score)) / 2) - 1;
+    std::snprintf(text, 16, "mate %d", mateIn);
+  } else {
+    std::snprintf(text, 16, "cp %d", score);
+  }
+}
+
+void printIterationLine(int depth, int score, const Move* line) {
+  double elapsed = elapsedSince(searchStartTime);
+  // Guards the rate against a zero time on a fast first report.
+  double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
+  char scoreText[16];
+  char lineText[lineLength * 6 + 1];
+  scoreToText(score, scoreText);
+  pvToText(line, lineText);
+  std::printf("info depth %d time %d nodes %" PRIu64 " score %s nps %" PRIu64 " pv %s\n", depth,
+              static_cast<int>(1000 * elapsed), nodeCount, scoreText, static_cast<uint64_t>(nodeCount / rateTime),
+              lineText);
+  std::fflush(stdout);
+}
+
+int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
+  // Preparation.
+  if (batchMode) deterministic = 1;
+  pollingHeld = 1;
+  goalReached = 0;
+  for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
+  stopSearch = 0;
+  std::memset(killer1, 0, sizeof killer1);
+  std::memset(killer2, 0, sizeof killer2);
+
+  static char legalMoves[moveListCapacity];
+  if (moveList[0] == 0) {
+    Move list[maxGeneratedMoves];
+    int count = generateAllMoves(root, list);
+    size_t used = 0;
+    legalMoves[0] = 0;
+    Position scratch;
+    char text[8];
+    for (int i = 0; i < count; ++i) {
+      makeMove(root, scratch, list[i]);
+      if (kingAttacked(scratch, sideToMove(root))) continue;
+      moveToText(list[i], text);
+      used += std::snprintf(legalMoves + used, sizeof legalMoves - used, "%s ", text);
+    }
+    moveList = legalMoves;
+  }
+
+  const bool freshTables = firstSearchPending || deterministic;
+  if (freshTables) {
+    std::memset(history, 0, sizeof history);
+    buildReductionTables();
+  }
+  for (int i = 0; i < 20; ++i) hangingMargin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
+  fillRootScores(root);
+  if (hashSizeMb != 0) {
+    if (freshTables) {
+      hashClear();
+      firstSearchPending = 0;
+    }
+    hashTable.age = (hashTable.age + 1) & 255;
+  }
+
+  searchStartTime = clock(wholeSecondClock);
+  hardTimeLimit = searchStartTime + hardTimePercent * 0.01 * goalSeconds;
+  double softLimit = searchStartTime + 0.75 * goalSeconds;
+
+  logBoard(root);
+  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
+  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+
+  static char ponderText[8];
+  static char fullMoveList[moveListCapacity];
+  static char workingList[moveListCapacity];
+  static char lineText[lineLength * 6 + 1];
+  ponderText[0] = 0;
+  std::snprintf(fullMoveList, sizeof fullMoveList, "%s", moveList);
+  double bestMoveShare = 0.5;
+  Move bestLine[lineLength] = {};
+  int score = 0;
+  int filledRows = 0;
+
+  for (int depth = 1;; ++depth) {
+    uint64_t firstMoveNodes = 0;
+    uint64_t otherMoveNodes = 0;
+    if (depth == 1) {
+      Move bookMove = probeBook(root);
+      if (bookMove) {
+        bestLine[0] = bookMove;
+        bestLine[1] = 0;
+        pvToText(bestLine, lineText);
+        score = 0;
+        break;
+      }
+    } else {
+      pollingHeld = 0;
+    }
+    if (!batchMode) std::printf("info depth %d\n", depth);
+
+    std::snprintf(workingList, sizeof workingList, "%s", fullMoveList);
+    int lines = 0;
+    uint64_t iterationNodes = 0;
+    while (lines < multiPv) {
+      int alpha = -32001;
+      int beta = 32001;
+      if (depth > 4 && multiPv == 1) {
+        int s1 = scoreByDepth[depth - 1], s2 = scoreByDepth[depth - 2], s3 = scoreByDepth[depth - 3];
+        int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
+        if (delta < 16) delta = 16;
+        alpha = s1 - delta > -32001 ? s1 - delta : -32001;
+        beta = s1 + delta < 32001 ? s1 + delta : 32001;
+      }
+      int value = searchRoot(root, 2 * depth, alpha, beta, bestLine, workingList, &firstMoveNodes, &otherMoveNodes);
+      value = resolveWindow(root, 2 * depth, {alpha, beta}, value, bestLine, workingList, &firstMoveNodes,
+                            &otherMoveNodes);
+      scoreByDepth[depth] = value;
+      moveByDepth[depth] = bestLine[0];
+
+      ++otherMoveNodes;
+      double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
+      bestMoveShare = 0.75 * bestMoveShare + 0.25 * ratio;
+
+      // A stable best move that took nearly all the nodes lets the search
+      // stop early; a change of mind gives it more time.
+      if (depth > 4 && !stopSearch) {
+        if (bestLine[0] == moveByDepth[depth - 1]) {
+          double percent = (102 - 100 * bestMoveShare) * 2.5;
+          softLimit = searchStartTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
+        } else {
+          softLimit = searchStartTime + 1.2 * goalSeconds;
+          bestMoveShare *= 0.9;
+        }
+      }
+      if (!stopSearch) {
+        rows[lines].score = value;
+        copyLine(rows[lines].line, bestLine);
+        if (lines + 1 > filledRows) filledRows = lines + 1;
+      }
+      iterationNodes = nodeCount;
+      rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchStartTime) * 1000);
+      ++lines;
+      if (stopSearch) break;
+      if (!removeFromList(workingList, bestLine[0])) break;
+      if (depth == 1) break;  // the first iteration has one line
+    }
+
+    // A row no iteration has filled takes no part.
+    int shown = lines < filledRows ? lines : filledRows;
+    for (int i = 0; i < shown; ++i)
+      for (int j = i + 1; j < shown; ++j)
+        if (rows[j].score > rows[i].score) {
+          PvRow swap = rows[i];
+          rows[i] = rows[j];
+          rows[j] = swap;
+        }
+    for (int i = 0; i < shown; ++i) {
+      pvToText(rows[i].line, lineText);
+      if (multiPv > 1) {
+        std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
+                    rows[i].score, depth, rows[i].timeMs, iterationNodes,
+                    static_cast<uint64_t>(iterationNodes / (rows[i].timeMs * 0.001 + 0.0001)), lineText);
+        std::fflush(stdout);
+      }
+    }
+
+    copyLine(bestLine, rows[0].line);
+    pvToText(bestLine, lineText);
+    if (bestLine[0] && bestLine[1]) moveToText(bestLine[1], ponderText);
+    score = rows[0].score;
+    if (stopSearch) {
+      logPrintf("search aborted\n");
+      break;
+    }
+
+    double elapsed = elapsedSince(searchStartTime);
+    if (elapsed < 0.0001) elapsed = 0.0001;
+    uint64_t nodes = nodeCount;
+    pvToText(bestLine, lineText);
+    if (bestLine[0] && bestLine[1]) moveToText(bestLine[1], ponderText);
+    logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
+              score * 0.01, lineText);
+    if (batchMode) {
+      if (depth < 32) {
+        depthTime[depth] = elapsed;
+        depthNodes[depth] = nodes;
+        depthScore[depth] = score;
+        depthMove[depth] = bestLine[0];
+      }
+    } else {
+      printIterationLine(depth, score, bestLine);
+    }
+
+    if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = 1;
+    if (!pondering && goalReached) break;
+    if (std::abs(score) > 31799) break;
+    if (depth >= maxDepth) break;
+  }
+
+  // Finish.
+  logPrintf("Total move time %8.1f\n", elapsedSince(searchStartTime));
+  if (maxDepth > 98 || pondering) {
+    for (;;) {
+      uciPoll();
+      if (stopSearch || !pondering) break;
+      sleepOneMillisecond();
+    }
+  }
+  if (batchMode) return score;
+  if (logFile) {
+    double rate = etableProbes ? 100.0 * static_cast<double>(etableHits) / static_cast<double>(etableProbes) : 0.0;
+    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", etableHits,
+              etableProbes, rate);
+  }
+  if (ponderText[0]) {
+    std::printf("info nodes %" PRIu64 "\n", nodeCount);
+    std::printf("bestmove %s ponder %s\n", bestMoveText, ponderText);
+    logPrintf("info nodes %" PRIu64 "\n", nodeCount);
+    logPrintf("bestmove %s ponder %s\n", bestMoveText, ponderText);
+  } else {
+    logPrintf("bestmove %s\n", bestMoveText);
+    std::printf("info nodes %" PRIu64 "\n", nodeCount);
+    std::printf("bestmove %s\n", bestMoveText);
+  }
+  std::fflush(stdout);
+  return score;
+}

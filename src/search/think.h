@@ -1,0 +1,44 @@
+// The iterative deepening driver: one whole search of one position.
+#pragma once
+
+#include <cstdint>
+
+#include "board/types.h"
+
+// Room for a blank-separated list of move texts.
+constexpr int moveListCapacity = 4096;
+
+extern int32_t hardTimePercent;     // hard limit as a percentage of the goal
+extern int32_t goalReached;
+extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
+extern char bestMoveText[8];
+
+// Results of each iteration, kept only in batch mode.
+extern double depthTime[32];
+extern uint64_t depthNodes[32];
+extern int32_t depthScore[32];
+extern Move depthMove[32];
+
+// Searches root to maxDepth iterations or until the clock says stop, and
+// prints bestmove (not in batch mode). moveList holds the moves to search,
+// blank-separated; empty means all legal moves. Returns the final score.
+int think(Position& root, double goalSeconds, int maxDepth, char* moveList);
+
+struct AspirationWindow {
+  int alpha;
+  int beta;
+};
+
+// The window after a fail: it widens by half its width beyond the bound that
+// failed, and the side that failed is reopened by one point only.
+AspirationWindow widenWindow(AspirationWindow window, int value);
+
+// Writes the moves of line as text, each followed by a blank, and sets
+// bestMoveText from the first ("ZZZZ" for an empty line).
+void pvToText(const Move* line, char* text);
+
+// "cp N", or "mate N" for scores beyond the mate threshold.
+void scoreToText(int score, char* text);
+
+// The info line of a finished iteration or of a new best root move.
+void printIterationLine(int depth, int score, const Move* line);

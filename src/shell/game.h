@@ -1,0 +1,17 @@
+// The game as the client set it: every record from the root position to the
+// current one, linked so that the search sees repetitions across the game.
+#pragma once
+
+#include <cstdint>
+
+#include "board/types.h"
+
+constexpr int gameStackSize = 2048;
+
+extern Position gameStack[gameStackSize];
+extern int32_t gameLength;  // index of the current record
+
+// Why a position can't be a game's root, or null if it can: each side needs
+// exactly one king, no pawn on the first or last rank, at most 16 pieces a
+// side, and the side not to move must not be in check.
+const char* positionDefect(const Position& position);

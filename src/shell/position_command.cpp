@@ -1,0 +1,105 @@
+#include "shell/position_command.h"
+
+#include <strings.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "moves/generate.h"
+#include "shell/game.h"
+#include "shell/log.h"
+
+Position gameStack[gameStackSize];
+int32_t gameLength = 0;
+int32_t startPositionPending = 1;
+
+const char* positionDefect(const Position& position) {
+  for (int colour = White; colour <= Black; ++colour) {
+    if (popCount(position.pieces[colour][King]) != 1) return "each side needs exactly one king";
+    if (popCount(position.pieces[colour][0]) > 16) return "a side has more than 16 pieces";
+  }
+  if ((position.pieces[White][Pawn] | position.pieces[Black][Pawn]) & backRanks) return "a pawn stands on the first or last rank";
+  if (kingInAttackMap(position, sideToMove(position) ^ 1)) return "the side not to move is in check";
+  return nullptr;
+}
+
+void setUpStartPosition() {
+  gameLength = 0;
+  parseFen(gameStack[0], startPositionFen);
+  startPositionPending = 0;
+}
+
+namespace {
+
+// Plays one move text on the current record. A text that matches no move, a
+// move that leaves the mover's king attacked and a move beyond the stack's
+// room all end the move list: the game stays at the last good position.
+bool playMoveText(const char* text) {
+  if (gameLength + 1 >= gameStackSize) {
+    logPrintf("position: no room for move %s, the game stops before it\n", text);
+    return false;
+  }
+  const Position& current = gameStack[gameLength];
+  Move list[maxGeneratedMoves];
+  int count = generateAllMoves(current, list);
+  char moveText[8];
+  for (int i = 0; i < count; ++i) {
+    moveToText(list[i], moveText);
+    if (strcasecmp(moveText, text) != 0) continue;
+    Position& next = gameStack[gameLength + 1];
+    makeMove(current, next, list[i]);
+    if (kingAttacked(next, sideToMove(current))) break;
+    next.inCheck = kingInAttackMap(next, sideToMove(next));
+    ++gameLength;
+    return true;
+  }
+  logPrintf("position: move %s refused, the game stops before it\n", text);
+  return false;
+}
+
+}  // namespace
+
+void positionCommand(char** tokens, int count) {
+  // A bare "position" has nothing to set up: the game stays as it was.
+  if (count < 2) {
+    std::printf("info string position needs startpos or fen\n");
+    std::fflush(stdout);
+    return;
+  }
+  char fen[256];
+  int scanFrom;
+  if (std::strcmp(tokens[1], "startpos") == 0) {
+    std::snprintf(fen, sizeof fen, "%s", startPositionFen);
+    scanFrom = 2;
+  } else if (std::strcmp(tokens[1], "fen") == 0) {
+    // Board, side, castling and en passant; a longer text is cut.
+    size_t used = 0;
+    fen[0] = 0;
+    for (int i = 2; i <= 5 && i < count && used < sizeof fen; ++i)
+      used += std::snprintf(fen + used, sizeof fen - used, i == 2 ? "%s" : " %s", tokens[i]);
+    scanFrom = 5;
+  } else {
+    std::fputs("Error here!\n", stderr);
+    std::exit(1);
+  }
+
+  Position root;
+  parseFen(root, fen);
+  if (const char* defect = positionDefect(root)) {
+    std::printf("info string position refused: %s\n", defect);
+    std::fflush(stdout);
+    logPrintf("position refused: %s\n", defect);
+    return;
+  }
+  gameLength = 0;
+  gameStack[0] = root;
+
+  int i = scanFrom;
+  while (i < count && std::strcmp(tokens[i], "moves") != 0) ++i;
+  for (++i; i < count; ++i)
+    if (!playMoveText(tokens[i])) break;
+}

@@ -1,0 +1,108 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "board/fen.h"
+#include "moves/picker.h"
+#include "search/hash_table.h"
+#include "search/think.h"
+#include "shell/options.h"
+#include "shell/search_flags.h"
+
+namespace {
+
+Move word(const char* text) {
+  auto square = [](const char* s) { return (s[1] - '1') * 8 + (s[0] - 'a'); };
+  return makeMoveWord(square(text), square(text + 2));
+}
+
+TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
+  char text[16];
+  scoreToText(31999, text);
+  EXPECT_STREQ(text, "mate 1");
+  scoreToText(31997, text);
+  EXPECT_STREQ(text, "mate 2");
+  scoreToText(31993, text);
+  EXPECT_STREQ(text, "mate 4");
+  scoreToText(-32000, text);
+  EXPECT_STREQ(text, "mate -1");
+  scoreToText(-31998, text);
+  EXPECT_STREQ(text, "mate -1");
+  scoreToText(-31996, text);
+  EXPECT_STREQ(text, "mate -2");
+  // 31800 stops the deepening but still prints as centipawns.
+  scoreToText(31800, text);
+  EXPECT_STREQ(text, "cp 31800");
+  scoreToText(-25, text);
+  EXPECT_STREQ(text, "cp -25");
+}
+
+TEST(PvText, EveryMoveIsFollowedByABlankAndTheFirstBecomesTheBestMove) {
+  char text[400];
+  Move line[64] = {word("e2e4"), word("e7e5"), makeMoveWord(52, 60, KindPromoteKnight), 0};
+  pvToText(line, text);
+  EXPECT_STREQ(text, "e2e4 e7e5 e7e8n ");
+  EXPECT_STREQ(bestMoveText, "e2e4");
+  Move empty[64] = {0};
+  pvToText(empty, text);
+  EXPECT_STREQ(text, "");
+  EXPECT_STREQ(bestMoveText, "ZZZZ");
+}
+
+TEST(AspirationWindow, WidensByHalfItsWidthBeyondTheFailedBound) {
+  AspirationWindow high = widenWindow({-16, 16}, 20);
+  EXPECT_EQ(high.alpha, 19);
+  EXPECT_EQ(high.beta, 67);  // 32 * 1.5 + 19
+  AspirationWindow higher = widenWindow(high, 80);
+  EXPECT_EQ(higher.alpha, 79);
+  EXPECT_EQ(higher.beta, 151);  // 48 * 1.5 + 79
+  AspirationWindow low = widenWindow({-16, 16}, -20);
+  EXPECT_EQ(low.alpha, -67);
+  EXPECT_EQ(low.beta, -19);
+  AspirationWindow clipped = widenWindow({31900, 32001}, 32001);
+  EXPECT_EQ(clipped.beta, 32001);
+  AspirationWindow clippedLow = widenWindow({-32001, -31900}, -32001);
+  EXPECT_EQ(clippedLow.alpha, -32001);
+}
+
+struct SearchResult {
+  Move move;
+  int score;
+  uint64_t nodes;
+};
+
+// A silent search from cleared tables, as the self-test runs it.
+SearchResult searchQuietly(const char* fen, int depth) {
+  batchMode = 1;
+  Position root;
+  parseFen(root, fen);
+  char moves[1] = "";
+  think(root, 31622400.0, depth, moves);
+  batchMode = 0;
+  deterministic = 0;
+  return {depthMove[depth], depthScore[depth], depthNodes[depth]};
+}
+
+TEST(Think, FindsMatesAndScoresThemByDistance) {
+  hashAllocate(16);
+  SearchResult backRank = searchQuietly("6k1/5ppp/8/8/8/8/8/R5K1 w - -", 3);
+  EXPECT_EQ(backRank.move, word("a1a8"));
+  EXPECT_EQ(backRank.score, 31999);
+  SearchResult rookEnding = searchQuietly("7k/8/5K2/8/8/8/8/R7 w - -", 5);
+  EXPECT_EQ(rookEnding.score, 31997);
+}
+
+TEST(Think, SameSearchGivesSameMoveScoreAndNodesAfterOtherSearches) {
+  hashAllocate(16);
+  const char* fen = "r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -";
+  SearchResult first = searchQuietly(fen, 7);
+  searchQuietly("2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -", 6);
+  SearchResult again = searchQuietly(fen, 7);
+  EXPECT_EQ(first.move, again.move);
+  EXPECT_EQ(first.score, again.score);
+  EXPECT_EQ(first.nodes, again.nodes);
+  EXPECT_GT(first.nodes, 1000u);
+}
+
+}  // namespace
