@@ -34,9 +34,14 @@ constexpr int mateThreshold = 31800;    // larger magnitudes count as mate score
 constexpr int mateShiftLimit = 31799;   // stored scores beyond this move with the ply
 constexpr int storeLimit = 32500;
 
+// The number of buckets a table of sizeMb megabytes gets: 0.51 times the
+// asked-for memory, rounded up to a power of two.
+uint64_t hashBucketCount(int32_t sizeMb);
 void hashAllocate(int32_t sizeMb);
 void hashRelease();
 void hashClear();
+// Moves the age on by one search, wrapping after 255.
+void hashAdvanceAge();
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move);
 // The entry of this key, or null on a miss (always a miss without a table).
 const HashEntry* hashProbe(uint64_t key);

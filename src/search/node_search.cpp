@@ -8,6 +8,7 @@
 #include "moves/picker.h"
 #include "moves/threats.h"
 #include "search/conventions.h"
+#include "search/draws.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
 #include "search/search.h"
@@ -118,7 +119,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     depth -= 2;
 
   // 8.
-  const int parity = nodeParity(position, ply);
+  const int parity = nodeParity(ply, position);
 
   // 9. Internal iterative deepening.
   bool nullMoveAllowed = true;
@@ -275,7 +276,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       } else {
         bool searched = false;
         // 13.14 Reduction.
-        int reduction = reductionNodeAt(newDepth, parity ? 2 * moveCount : moveCount);
+        int reduction = nodeReduction(newDepth, moveCount, parity);
         if (newDepth >= 8 && useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);

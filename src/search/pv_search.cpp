@@ -6,6 +6,7 @@
 #include "moves/picker.h"
 #include "moves/threats.h"
 #include "search/conventions.h"
+#include "search/draws.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
 #include "search/search.h"
@@ -144,7 +145,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         noReduce = true;
 
       // Search of the move.
-      int reduction = reductionPvAt(newDepth, moveCount);
+      int reduction = pvReduction(newDepth, moveCount);
       if (moveCount == 1) {
         value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
         if (stopSearch) return 0;

@@ -5,6 +5,7 @@
 #include "eval/tables.h"
 #include "moves/picker.h"
 #include "search/conventions.h"
+#include "search/draws.h"
 #include "search/hash_table.h"
 #include "search/search.h"
 #include "search/search_common.h"

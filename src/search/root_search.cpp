@@ -9,11 +9,13 @@
 #include "eval/score_pair.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
+#include "search/hash_table.h"
 #include "search/search.h"
 #include "search/think.h"
 #include "shell/options.h"
 #include "shell/platform.h"
 #include "shell/search_flags.h"
+#include "shell/tokenise.h"
 #include "shell/uci.h"
 
 RootMove rootMoves[256];

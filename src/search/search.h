@@ -5,8 +5,7 @@
 #include <cstdint>
 
 #include "board/types.h"
-
-constexpr int lineLength = 64;  // a Line: up to 63 moves ended by a 0 word
+#include "search/conventions.h"
 
 // Deepest ply the per-ply tables hold; a search that gets there returns a
 // static value instead of going deeper.

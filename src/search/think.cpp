@@ -177,7 +177,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
       hashClear();
       firstSearchPending = 0;
     }
-    hashTable.age = (hashTable.age + 1) & 255;
+    hashAdvanceAge();
   }
 
   searchStartTime = clock(wholeSecondClock);

@@ -1,6 +1,4 @@
-#include <cstdio>
+// The engine. Everything lives in the library, so that the tests reach it.
+#include "shell/start_up.h"
 
-int main() {
-  std::fprintf(stderr, "Tarvok version 4.18 RQ\n");
-  return 0;
-}
+int main(int argc, char** argv) { return engineMain(argc, argv); }

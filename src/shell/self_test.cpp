@@ -7,6 +7,7 @@
 
 #include "board/fen.h"
 #include "search/think.h"
+#include "shell/tokenise.h"
 #include "shell/uci.h"
 
 // Fifty positions with the move word, score and node count of a depth-13

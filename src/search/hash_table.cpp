@@ -1,0 +1,115 @@
+#include "search/hash_table.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
+static_assert(sizeof(HashBucket) == 64, "size arithmetic counts a bucket as 64 bytes");
+
+HashTable hashTable = {0, 0, 0, nullptr};
+
+uint64_t hashBucketCount(int32_t sizeMb) {
+  uint64_t units = static_cast<uint64_t>(sizeMb) * (uint64_t{1} << 20) / 64;
+  uint64_t wanted = static_cast<uint64_t>(static_cast<double>(units) * 0.51);
+  uint64_t count = wanted - 1;
+  count |= count >> 1;
+  count |= count >> 2;
+  count |= count >> 4;
+  count |= count >> 8;
+  count |= count >> 16;
+  count |= count >> 32;
+  return count + 1;
+}
+
+void hashAllocate(int32_t sizeMb) {
+  hashRelease();
+  // Below 1 MB there is no table at all, as with Hash 0.
+  if (sizeMb < 1) return;
+  uint64_t count = hashBucketCount(sizeMb);
+  uint64_t bytes = count * sizeof(HashBucket);
+  // Buckets are aligned to their own size, so that a probe touches one cache line.
+  void* memory = std::aligned_alloc(sizeof(HashBucket), bytes);
+  if (memory == nullptr) {
+    std::fputs("Hash table too big\n", stderr);
+    std::exit(1);
+  }
+  std::memset(memory, 0, bytes);
+  hashTable.bucketCount = count;
+  hashTable.mask = count - 1;
+  hashTable.age = 0;
+  hashTable.buckets = static_cast<HashBucket*>(memory);
+}
+
+void hashRelease() {
+  std::free(hashTable.buckets);
+  hashTable.buckets = nullptr;
+  hashTable.bucketCount = 0;
+  hashTable.mask = 0;
+}
+
+void hashClear() {
+  // Without a table there is nothing to zero. The age still goes back to 0,
+  // which changes nothing a user can see: a new table starts at age 0 anyway.
+  if (hashTable.buckets != nullptr)
+    std::memset(hashTable.buckets, 0, hashTable.bucketCount * sizeof(HashBucket));
+  hashTable.age = 0;
+}
+
+void hashAdvanceAge() { hashTable.age = (hashTable.age + 1) & 255; }
+
+void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move) {
+  if (hashTable.buckets == nullptr) return;
+  if (score < -storeLimit || score > storeLimit) return;
+  HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
+  uint8_t age = static_cast<uint8_t>(hashTable.age);
+
+  // An entry of an older search goes before any of this search; among equals
+  // the shallowest goes, and of equal depths the one in the lowest slot.
+  HashEntry* victim = &bucket.entries[0];
+  for (int slot = 0; slot < 4; ++slot) {
+    HashEntry& entry = bucket.entries[slot];
+    if (entry.key == 0 || entry.key == key) {
+      // The same position is always overwritten, a shallower result too; a
+      // result without a move keeps the move the position had.
+      entry.key = key;
+      entry.depth = depth;
+      entry.score = static_cast<int16_t>(score);
+      entry.age = age;
+      entry.bound = static_cast<uint8_t>(bound);
+      if (move != 0) entry.move = move;
+      return;
+    }
+    if (slot == 0) continue;
+    int victimCurrent = victim->age == age ? 1 : 0;
+    int slotCurrent = entry.age == age ? 1 : 0;
+    int standing = 2 * victimCurrent - 2 * slotCurrent + (entry.depth < victim->depth ? 1 : 0);
+    if (standing > 0) victim = &entry;
+  }
+  victim->key = key;
+  victim->depth = depth;
+  victim->score = static_cast<int16_t>(score);
+  victim->age = age;
+  victim->bound = static_cast<uint8_t>(bound);
+  victim->move = move;
+}
+
+const HashEntry* hashProbe(uint64_t key) {
+  if (hashTable.buckets == nullptr) return nullptr;
+  const HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
+  for (const HashEntry& entry : bucket.entries)
+    if (entry.key == key) return &entry;
+  return nullptr;
+}
+
+int32_t scoreToStore(int32_t score, int ply) {
+  if (score > mateShiftLimit) return score + ply;
+  if (score < -mateShiftLimit) return score - ply;
+  return score;
+}
+
+int32_t scoreFromStore(int32_t score, int ply) {
+  if (score > mateShiftLimit) return score - ply;
+  if (score < -mateShiftLimit) return score + ply;
+  return score;
+}

@@ -1,0 +1,73 @@
+#include "shell/command_line.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <strings.h>
+
+#include "shell/platform.h"
+
+int32_t selfTestRequested = 0;
+int32_t makeTestDataRequested = 0;
+int32_t pgnRequested = 0;
+char logFileName[logFileNameSize] = "";
+
+const SwitchRow switchTable[] = {
+    {"test", &selfTestRequested, SwitchFlag},
+    {"makeTestData", &makeTestDataRequested, SwitchFlag},
+    {"log", logFileName, SwitchString},
+    {"cpu", &wholeSecondClock, SwitchInteger},
+    {"pgn", &pgnRequested, SwitchFlag},
+    {"quiet", nullptr, SwitchNone},
+    {"", nullptr, SwitchNone},
+};
+
+void usage(const char* programName) {
+  std::fprintf(stderr, "\nusage: %s {options} \n\n", programName);
+  std::fprintf(stderr, "  -log FILE      log file name\n");
+  std::fprintf(stderr, "  -help          display this help message\n");
+  std::fprintf(stderr, "\n");
+}
+
+namespace {
+
+const SwitchRow* findSwitch(const char* name) {
+  for (const SwitchRow* row = switchTable; row->name[0]; ++row)
+    if (strcasecmp(row->name, name) == 0) return row;
+  return nullptr;
+}
+
+}  // namespace
+
+int readSwitches(int argc, char** argv) {
+  logFileName[0] = '\0';
+  for (int i = 1; i < argc; ++i) {
+    const char* argument = argv[i];
+    if (argument[0] != '-') {
+      std::fprintf(stderr, "Error in command line processing.  option expected at argument %d\n", i);
+      usage(argv[0]);
+      return -1;
+    }
+    const SwitchRow* row = findSwitch(argument + 1);
+    if (!row) {
+      std::fprintf(stderr, "Error. option %s not found.\n", argument);
+      usage(argv[0]);
+      return -1;
+    }
+    if (row->type == SwitchString || row->type == SwitchInteger) {
+      if (i + 1 >= argc) {
+        std::fprintf(stderr, "Error.  No argument.\n");
+        usage(argv[0]);
+        return -1;
+      }
+      const char* value = argv[++i];
+      // A longer log file name is cut to the 511 bytes that fit.
+      if (row->type == SwitchString)
+        std::snprintf(static_cast<char*>(row->destination), logFileNameSize, "%s", value);
+      else
+        *static_cast<int32_t*>(row->destination) = static_cast<int32_t>(std::strtol(value, nullptr, 10));
+    } else if (row->type == SwitchFlag) {
+      *static_cast<int32_t*>(row->destination) = 1;
+    }
+  }
+  return 0;
+}

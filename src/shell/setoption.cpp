@@ -1,0 +1,149 @@
+#include "shell/setoption.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <strings.h>
+
+#include "search/book.h"
+#include "search/hash_table.h"
+#include "search/reductions.h"
+#include "shell/log.h"
+#include "shell/options.h"
+
+namespace {
+
+// Appends a blank and at most wordLimit bytes of the word, within the buffer.
+void appendWord(char* text, int size, const char* word, size_t wordLimit) {
+  size_t length = std::strlen(text);
+  if (length + 1 >= static_cast<size_t>(size)) return;
+  text[length++] = ' ';
+  size_t room = static_cast<size_t>(size) - 1 - length;
+  size_t take = std::min({std::strlen(word), wordLimit, room});
+  std::memcpy(text + length, word, take);
+  text[length + take] = '\0';
+}
+
+void lowerCase(char* text) {
+  for (char* c = text; *c; ++c) *c = static_cast<char>(std::tolower(static_cast<unsigned char>(*c)));
+}
+
+int32_t toInteger(const char* text) { return static_cast<int32_t>(std::strtol(text, nullptr, 10)); }
+
+const EngineOption* findOption(const EngineOption* table, const char* name) {
+  for (const EngineOption* row = table; row->name[0]; ++row)
+    if (strcasecmp(row->name, name) == 0) return row;
+  return nullptr;
+}
+
+}  // namespace
+
+void readOptionText(char** tokens, int count, OptionText& text) {
+  for (char* t : {text.optionName, text.optionValue}) {
+    t[0] = '\0';
+    t[1] = ' ';
+    t[2] = ' ';
+    t[3] = '\0';
+  }
+  text.bookFileValue[0] = '\0';
+
+  enum { NoMode, NameMode, ValueMode } mode = NoMode;
+  int firstValueWord = count;
+  for (int i = 1; i < count; ++i) {
+    const char* word = tokens[i];
+    if (std::strcmp(word, "name") == 0) {
+      mode = NameMode;
+    } else if (std::strcmp(word, "value") == 0) {
+      mode = ValueMode;
+      if (firstValueWord == count) firstValueWord = i + 1;
+    } else if (mode == NameMode) {
+      appendWord(text.optionName, optionTextSize, word, optionTextSize);
+    } else if (mode == ValueMode) {
+      appendWord(text.optionValue, optionTextSize, word, optionTextSize);
+      // Words of a value go in pairs: the second of each pair is cut and
+      // can't switch the mode.
+      if (i + 1 < count) appendWord(text.optionValue, optionTextSize, tokens[++i], 8);
+    }
+  }
+  lowerCase(text.optionName);
+  lowerCase(text.optionValue);
+
+  for (int i = firstValueWord; i < count; ++i) {
+    if (i == firstValueWord) {
+      std::snprintf(text.bookFileValue, sizeof text.bookFileValue, "%s", tokens[i]);
+    } else {
+      appendWord(text.bookFileValue, sizeof text.bookFileValue, tokens[i], sizeof text.bookFileValue);
+    }
+  }
+}
+
+void setoptionCommand(char** tokens, int count) {
+  OptionText text;
+  readOptionText(tokens, count, text);
+  const char* name = text.optionName + 1;
+  const char* value = text.optionValue + 1;
+
+  if (const EngineOption* row = findOption(spinOptions, name)) {
+    // No range test: a client keeps to the ranges the uci answer announces.
+    *row->value = toInteger(value);
+    // wired when the evaluation tables land: initEvaluation();
+    buildReductionTables();
+    return;
+  }
+  if (const EngineOption* row = findOption(checkOptions, name)) {
+    if (std::strcmp(value, "true") == 0) {
+      *row->value = 1;
+    } else if (std::strcmp(value, "false") == 0) {
+      *row->value = 0;
+    } else {
+      std::printf("info string %s not recognized as checkbox argument\n", value);
+      std::fflush(stdout);
+    }
+    // wired when the evaluation tables land: initEvaluation();
+    return;
+  }
+  if (std::strcmp(name, "hash") == 0) {
+    hashSizeMb = toInteger(value);
+    hashRelease();
+    if (hashSizeMb < 1) {
+      std::printf("info string Hash tables turned OFF\n");
+      logPrintf("Hash tables turned off\n");
+    } else {
+      hashAllocate(hashSizeMb);
+      hashClear();
+      std::printf("info string Hash table size is now %d meg\n", hashSizeMb);
+    }
+    std::fflush(stdout);
+    return;
+  }
+  if (std::strcmp(name, "multipv") == 0) {
+    // The search keeps room for 1 to 99 lines: a value outside is held to
+    // the nearer end, and the uci answer shows the value in force.
+    multiPv = std::min(std::max(toInteger(value), 1), 99);
+    return;
+  }
+  if (std::strcmp(name, "ownbook") == 0) {
+    ownBook = std::strcmp(value, "true") == 0 ? 1 : 0;
+    openBook();
+    return;
+  }
+  if (std::strcmp(name, "ponder") == 0) {
+    ponderOption = std::strcmp(value, "true") == 0 ? 1 : 0;
+    logPrintf("Ponder set to %d\n", ponderOption);
+    return;
+  }
+  if (std::strcmp(name, "book file") == 0) {
+    // A file name keeps its case and its long words; a longer name is cut to
+    // the 511 bytes that fit.
+    std::snprintf(bookFileName, sizeof bookFileName, "%s", text.bookFileValue);
+    std::printf("info string book file is %s\n", bookFileName);
+    std::fflush(stdout);
+    openBook();
+    return;
+  }
+  std::printf("info string %s not recognized\n", name);
+  std::fflush(stdout);
+  logPrintf("option %s (value %s) not understood.\n", name, value);
+}

@@ -1,0 +1,24 @@
+// The setoption command: finds an option by name and sets it.
+#pragma once
+
+constexpr int optionTextSize = 1024;
+
+// A setoption line read into texts. optionName and optionValue hold their
+// words each behind a blank, in lower case, and are read from byte 1; empty,
+// they read as two blanks there. Each second word of a value is cut to 8
+// characters. bookFileValue holds every word behind "value" as the client
+// sent it, joined by single blanks, for the Book File option, whose value is
+// a file name.
+struct OptionText {
+  char optionName[optionTextSize];
+  char optionValue[optionTextSize];
+  char bookFileValue[512];
+};
+
+// tokens[0] is "setoption"; count includes it. Texts longer than their
+// buffers are cut.
+void readOptionText(char** tokens, int count, OptionText& text);
+
+// The whole command: reads the line, then sets the first option it matches,
+// or reports it as not recognized.
+void setoptionCommand(char** tokens, int count);

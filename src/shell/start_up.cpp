@@ -1,0 +1,77 @@
+#include "shell/start_up.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include "search/book.h"
+#include "search/hash_table.h"
+#include "shell/command_line.h"
+#include "shell/input_ring.h"
+#include "shell/log.h"
+#include "shell/options.h"
+#include "shell/platform.h"
+#include "shell/search_flags.h"
+#include "shell/self_test.h"
+#include "shell/three_file_mask.h"
+#include "shell/uci.h"
+#include "shell/version.h"
+
+namespace {
+
+[[noreturn]] void runUciMode() {
+  // wired when the evaluation tables land: initEvaluation();
+  std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
+  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  startInputReader();
+  runUciLoop();
+}
+
+int runSelfTestMode() {
+  batchMode = 1;
+  // wired when the evaluation tables land: initEvaluation();
+  startInputReader();
+  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
+  return runSelfTest();
+}
+
+int runMakeTestDataMode() {
+  batchMode = 1;
+  // wired when the evaluation tables land: initEvaluation();
+  startInputReader();
+  std::printf("\nchar testFens[50][160] = {\n");
+  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  return makeTestData();
+}
+
+}  // namespace
+
+void runUciLoop() {
+  for (;;) {
+    uciPoll();
+    // At the end of standard input the engine finishes every line it was
+    // given and then leaves as if told quit.
+    if (inputFinished(inputRing)) std::exit(0);
+    sleepOneMillisecond();
+  }
+}
+
+int engineMain(int argc, char** argv) {
+  // The opening book is the only consumer of random numbers.
+  std::srand(static_cast<uint32_t>(std::time(nullptr)));
+  openBook();
+  fillThreeFileMask();
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
+  std::setvbuf(stdin, nullptr, _IONBF, 0);
+  std::fflush(nullptr);
+
+  if (readSwitches(argc, argv) != 0) return -1;
+  // A log file that can't be opened means no log; the engine runs on.
+  if (logFileName[0]) openLog(logFileName);
+
+  if (makeTestDataRequested) return runMakeTestDataMode();
+  if (selfTestRequested) return runSelfTestMode();
+  runUciMode();
+}

@@ -1,0 +1,120 @@
+#include "shell/uci.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <strings.h>
+
+#include "shell/go_command.h"
+#include "shell/input_ring.h"
+#include "shell/log.h"
+#include "shell/options.h"
+#include "shell/position_command.h"
+#include "shell/search_flags.h"
+#include "shell/setoption.h"
+#include "shell/tokenise.h"
+#include "shell/version.h"
+
+uint32_t commandHash(const char* word) {
+  uint32_t hash = 5381;
+  for (const char* c = word; *c; ++c)
+    hash = hash * 33 + static_cast<uint32_t>(static_cast<int32_t>(static_cast<signed char>(*c)));
+  return hash;
+}
+
+namespace {
+
+const char* checkText(int32_t value) { return value ? "true" : "false"; }
+
+// True for "setoption name Hash ...": a new table would pull the entries
+// from under a running search.
+bool setsHashOption(char** tokens, int count) {
+  return count >= 3 && std::strcmp(tokens[1], "name") == 0 && strcasecmp(tokens[2], "hash") == 0 &&
+         (count == 3 || std::strcmp(tokens[3], "value") == 0);
+}
+
+// A running search keeps its game, its table and its root: the client is
+// told, and the search goes on undisturbed.
+bool refusedDuringSearch(const char* command) {
+  if (!searchRunning) return false;
+  std::printf("info string %s refused while a search runs\n", command);
+  std::fflush(stdout);
+  return true;
+}
+
+}  // namespace
+
+void printUciAnswer() {
+  std::printf("id name %s %s\n", engineName, engineVersion);
+  std::printf("id author Orin Tessaly, Quill Marrow\n");
+  std::printf("option name Ponder type check default true\n");
+  std::printf("option name Hash type spin default %d min 0 max 4096\n", hashSizeMb);
+  std::printf("option name OwnBook type check default %s\n", checkText(ownBook));
+  std::printf("option name MultiPV type spin default %d min 1 max 99\n", multiPv);
+  std::printf("option name Book File type string default %s\n", bookFileName);
+  for (const EngineOption* row = checkOptions; row->name[0]; ++row)
+    std::printf("option name %s type check default %s\n", row->name, checkText(*row->value));
+  for (const EngineOption* row = spinOptions; row->name[0]; ++row)
+    std::printf("option name %s type spin default %d min %d max %d\n", row->name, *row->value,
+                row->minimum, row->maximum);
+  std::printf("uciok\n");
+  std::fflush(stdout);
+}
+
+void uciPoll() {
+  // Before any line, so that a go without position searches the start position.
+  if (startPositionPending) setUpStartPosition();
+
+  // Once a stop has been read, the unwinding search takes no further line:
+  // what the client sent after it waits for the main loop.
+  if (searchRunning && stopSearch) return;
+  char* line = takeInputLine(inputRing);
+  if (!line) {
+    // At the end of input a search that only a command can end is stopped,
+    // so that it prints its bestmove and the engine can finish.
+    if (searchRunning && searchNeedsCommand && inputFinished(inputRing)) stopSearch = 1;
+    return;
+  }
+  line[std::strcspn(line, "\f\n\r")] = '\0';
+  if (!line[0]) return;
+  logPrintf("uci -> %s\n", line);
+
+  // Local, not static: a go runs its search inside this pass, and the
+  // search's own polls come back here.
+  char* tokens[slotBytes / 2 + 1];
+  int count = tokenise(line, tokens);
+  if (count == 0) return;
+  logPrintf("cmd = %s\n", tokens[0]);
+
+  switch (commandHash(tokens[0])) {
+    case hashUci:
+      printUciAnswer();
+      break;
+    case hashIsReady:
+      std::printf("readyok\n");
+      std::fflush(stdout);
+      break;
+    case hashSetOption:
+      if (setsHashOption(tokens, count) && refusedDuringSearch("setoption name Hash")) break;
+      setoptionCommand(tokens, count);
+      break;
+    case hashPosition:
+      if (refusedDuringSearch("position")) break;
+      positionCommand(tokens, count);
+      break;
+    case hashGo:
+      if (refusedDuringSearch("go")) break;
+      goCommand(tokens, count);
+      break;
+    case hashStop:
+      stopSearch = 1;
+      break;
+    case hashPonderHit:
+      pondering = 0;
+      break;
+    case hashQuit:
+      std::exit(0);
+    default:
+      break;
+  }
+}

@@ -1,0 +1,139 @@
+// The built engine driven through pipes, as a client drives it.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+#include "engine_process.h"
+
+namespace {
+
+const char* const uciAnswer =
+    "id name Tarvok64 4.18 RQ\n"
+    "id author Orin Tessaly, Quill Marrow\n"
+    "option name Ponder type check default true\n"
+    "option name Hash type spin default 64 min 0 max 4096\n"
+    "option name OwnBook type check default true\n"
+    "option name MultiPV type spin default 1 min 1 max 99\n"
+    "option name Book File type string default tarvok.bin\n"
+    "option name use lmr type check default true\n"
+    "option name null move pruning type check default true\n"
+    "option name deterministic type check default false\n"
+    "option name Best Line type check default true\n"
+    "option name Red depth threshold type spin default 10 min 0 max 100\n"
+    "option name King Safety Aggressiveness type spin default 6 min 0 max 10\n"
+    "option name move overhead milliseconds type spin default 20 min 0 max 30000\n"
+    "option name Drawscore type spin default -5 min -50 max 50\n"
+    "uciok\n";
+
+const std::string usageText =
+    "\nusage: " TARVOK_ENGINE_PATH " {options} \n\n"
+    "  -log FILE      log file name\n"
+    "  -help          display this help message\n"
+    "\n";
+
+ProcessResult engine(const std::string& input, std::vector<std::string> arguments = {}) {
+  return runProgram(TARVOK_ENGINE_PATH, arguments, input);
+}
+
+int countLines(const std::string& text, const std::string& line) {
+  std::istringstream lines(text);
+  int count = 0;
+  for (std::string l; std::getline(lines, l);) count += l == line;
+  return count;
+}
+
+TEST(Engine, UciAnswerThenReadyOkThenQuit) {
+  ProcessResult run = engine("uci\nisready\nquit\n");
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, std::string(uciAnswer) + "readyok\n");
+  EXPECT_EQ(run.standardError, "Tarvok version 4.18 RQ\n");
+}
+
+TEST(Engine, QuitEndsAtOnceLeavingLaterLinesUnserved) {
+  ProcessResult run = engine("isready\nquit\nisready\nuci\n");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "readyok\n");
+}
+
+TEST(Engine, EndOfInputServesEveryLineThenExitsWithZero) {
+  ProcessResult run = engine("isready\n");
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "readyok\n");
+
+  run = engine("\nucinewgame\nUCI\nisready\nuci");
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, std::string("readyok\n") + uciAnswer) << "a last line without ending is served";
+
+  run = engine("");
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "");
+}
+
+TEST(Engine, FourHundredIsReadyGetFourHundredReadyOk) {
+  std::string input;
+  for (int i = 0; i < 400; ++i) input += "isready\n";
+  ProcessResult run = engine(input);
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(countLines(run.standardOutput, "readyok"), 400);
+  EXPECT_EQ(run.standardOutput.size(), 400u * 8u);
+}
+
+TEST(Engine, LogTracesEveryLineAndAppends) {
+  char name[] = "/tmp/tarvok-engine-log-XXXXXX";
+  int fd = mkstemp(name);
+  ASSERT_GE(fd, 0);
+  ASSERT_EQ(write(fd, "earlier\n", 8), 8);
+  close(fd);
+  ProcessResult run = engine("isready\nsetoption name Ponder value false\n  \nbogus word\nquit\n",
+                             {"-Quiet", "-LOG", name, "-pgn", "-cpu", "0"});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "readyok\n");
+  std::ifstream file(name);
+  std::stringstream text;
+  text << file.rdbuf();
+  EXPECT_EQ(text.str(),
+            "earlier\n"
+            "uci -> isready\ncmd = isready\n"
+            "uci -> setoption name Ponder value false\ncmd = setoption\nPonder set to 0\n"
+            "uci ->   \n"
+            "uci -> bogus word\ncmd = bogus\n"
+            "uci -> quit\ncmd = quit\n");
+  std::remove(name);
+}
+
+TEST(Engine, LogThatCantBeOpenedMeansNoLog) {
+  ProcessResult run = engine("isready\n", {"-log", "/nonexistent-directory/trace.log"});
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "readyok\n");
+}
+
+TEST(Engine, CommandLineErrorsPrintUsageAndExitWith255) {
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string message;
+  };
+  const Case cases[] = {
+      {{"-help"}, "Error. option -help not found.\n"},
+      {{"-log"}, "Error.  No argument.\n"},
+      {{"-quiet", "-CPU"}, "Error.  No argument.\n"},
+      {{"uci"}, "Error in command line processing.  option expected at argument 1\n"},
+      {{"-cpu", "1", "-colour"}, "Error. option -colour not found.\n"},
+  };
+  for (const Case& c : cases) {
+    ProcessResult run = engine("isready\n", c.arguments);
+    EXPECT_EQ(run.exitCode, 255) << c.message;
+    EXPECT_EQ(run.standardError, c.message + usageText);
+    EXPECT_EQ(run.standardOutput, "");
+  }
+}
+
+}  // namespace
