@@ -1,0 +1,112 @@
+// The search as a client sees it: the engine binary driven through pipes.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <regex>
+#include <sstream>
+#include <string>
+
+#include "../shell/engine_process.h"
+#include "../shell/engine_session.h"
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "moves/generate.h"
+
+namespace {
+
+// Whether text is a legal move of the position, by the engine's own generator.
+bool isLegalMove(const char* fen, const std::string& text) {
+  Position position, child;
+  parseFen(position, fen);
+  Move list[maxGeneratedMoves];
+  int count = generateAllMoves(position, list);
+  char moveText[8];
+  for (int i = 0; i < count; ++i) {
+    moveToText(list[i], moveText);
+    if (text != moveText) continue;
+    makeMove(position, child, list[i]);
+    return !kingAttacked(child, sideToMove(position));
+  }
+  return false;
+}
+
+std::string lastLineStartingWith(const std::string& output, const std::string& prefix) {
+  std::istringstream lines(output);
+  std::string found;
+  for (std::string line; std::getline(lines, line);)
+    if (line.compare(0, prefix.size(), prefix) == 0) found = line;
+  return found;
+}
+
+std::string wordAfter(const std::string& line, const std::string& word) {
+  std::istringstream words(line);
+  for (std::string w; words >> w;)
+    if (w == word && words >> w) return w;
+  return "";
+}
+
+TEST(EngineSearch, DepthSearchReportsEachIterationAndALegalBestMove) {
+  ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "position startpos\ngo depth 7\n", 60.0);
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  for (int depth = 1; depth <= 7; ++depth)
+    EXPECT_NE(run.standardOutput.find("info depth " + std::to_string(depth) + "\n"), std::string::npos) << depth;
+  const std::regex iteration(R"(info depth 7 time \d+ nodes \d+ score cp -?\d+ nps \d+ pv ([a-h][1-8][a-h][1-8][qnrb]? )+)");
+  EXPECT_TRUE(std::regex_match(lastLineStartingWith(run.standardOutput, "info depth 7 time"), iteration))
+      << run.standardOutput;
+  EXPECT_NE(lastLineStartingWith(run.standardOutput, "info nodes "), "");
+  std::string best = lastLineStartingWith(run.standardOutput, "bestmove ");
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(best, "bestmove"))) << best;
+  EXPECT_NE(wordAfter(best, "ponder"), "") << best;
+}
+
+struct MateCase {
+  const char* fen;
+  const char* firstMove;
+  int mateIn;
+};
+
+TEST(EngineSearch, FindsMatesAndReportsTheirDistance) {
+  const MateCase cases[] = {
+      {"6k1/5ppp/8/8/8/8/8/R5K1 w - -", "a1a8", 1},          // back-rank mate
+      {"7k/8/5K2/8/8/8/8/R7 w - -", "", 2},                  // rook ending
+      {"r6k/6pp/4Q3/6N1/8/8/8/6K1 w - -", "g5f7", 4},         // smothered mate after a queen sacrifice
+  };
+  for (const MateCase& test : cases) {
+    ProcessResult run =
+        runProgram(TARVOK_ENGINE_PATH, {}, std::string("position fen ") + test.fen + "\ngo depth 8\n", 60.0);
+    ASSERT_FALSE(run.timedOut) << test.fen;
+    std::string last = lastLineStartingWith(run.standardOutput, "info depth");
+    EXPECT_NE(last.find("score mate " + std::to_string(test.mateIn) + " "), std::string::npos)
+        << test.fen << "\n" << run.standardOutput;
+    std::string best = wordAfter(lastLineStartingWith(run.standardOutput, "bestmove "), "bestmove");
+    if (test.firstMove[0]) EXPECT_EQ(best, test.firstMove) << test.fen;
+    EXPECT_TRUE(isLegalMove(test.fen, best)) << test.fen;
+  }
+}
+
+TEST(EngineSearch, AnswersReadyStopsAtOnceAndQuitsInsideASearch) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("position startpos");
+  engine.send("go infinite");
+  ASSERT_NE(engine.waitFor("info depth 3", 20.0), "");
+  engine.send("isready");
+  EXPECT_EQ(engine.waitFor("readyok", 5.0), "readyok");
+  EXPECT_EQ(engine.transcript.find("bestmove"), std::string::npos);
+  auto sent = std::chrono::steady_clock::now();
+  engine.send("stop");
+  std::string best = engine.waitFor("bestmove", 5.0);
+  double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - sent).count();
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(best, "bestmove"))) << best;
+  EXPECT_LT(seconds, 0.5);
+
+  engine.send("go infinite");
+  ASSERT_NE(engine.waitFor("info depth 3", 20.0), "");
+  size_t before = engine.transcript.size();
+  engine.send("quit");
+  EXPECT_EQ(engine.waitForExit(5.0), 0);
+  EXPECT_EQ(engine.transcript.find("bestmove", before), std::string::npos);
+}
+
+}  // namespace

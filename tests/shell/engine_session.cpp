@@ -1,0 +1,104 @@
+#include "engine_session.h"
+
+#include <chrono>
+#include <csignal>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace
+
+EngineSession::EngineSession(const char* path) {
+  int in[2], out[2];
+  if (pipe(in) || pipe(out)) return;
+  child_ = fork();
+  if (child_ == 0) {
+    dup2(in[0], 0);
+    dup2(out[1], 1);
+    int devNull = open("/dev/null", 1);
+    dup2(devNull, 2);
+    for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
+    execl(path, path, static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(in[0]);
+  close(out[1]);
+  input_ = in[1];
+  output_ = out[0];
+  signal(SIGPIPE, SIG_IGN);
+}
+
+EngineSession::~EngineSession() {
+  if (input_ >= 0) close(input_);
+  if (output_ >= 0) close(output_);
+  if (child_ > 0) {
+    kill(child_, SIGKILL);
+    waitpid(child_, nullptr, 0);
+  }
+}
+
+void EngineSession::send(const std::string& line) {
+  std::string text = line + "\n";
+  if (input_ >= 0 && write(input_, text.data(), text.size()) < 0) closeInput();
+}
+
+void EngineSession::closeInput() {
+  if (input_ >= 0) close(input_);
+  input_ = -1;
+}
+
+bool EngineSession::readLine(std::string& line, double seconds) {
+  auto start = std::chrono::steady_clock::now();
+  for (;;) {
+    size_t end = pending_.find('\n');
+    if (end != std::string::npos) {
+      line = pending_.substr(0, end);
+      pending_.erase(0, end + 1);
+      transcript += line + "\n";
+      return true;
+    }
+    double left = seconds - secondsSince(start);
+    if (left <= 0 || output_ < 0) return false;
+    pollfd fd{output_, POLLIN, 0};
+    if (poll(&fd, 1, static_cast<int>(left * 1000) + 1) <= 0) continue;
+    char buffer[4096];
+    ssize_t got = read(output_, buffer, sizeof buffer);
+    if (got <= 0) {
+      close(output_);
+      output_ = -1;
+      return false;
+    }
+    pending_.append(buffer, static_cast<size_t>(got));
+  }
+}
+
+std::string EngineSession::waitFor(const std::string& prefix, double seconds) {
+  auto start = std::chrono::steady_clock::now();
+  std::string line;
+  while (readLine(line, seconds - secondsSince(start)))
+    if (line.compare(0, prefix.size(), prefix) == 0) return line;
+  return "";
+}
+
+int EngineSession::waitForExit(double seconds) {
+  auto start = std::chrono::steady_clock::now();
+  std::string line;
+  while (output_ >= 0 && readLine(line, seconds - secondsSince(start))) {
+  }
+  while (secondsSince(start) < seconds) {
+    int status = 0;
+    pid_t done = waitpid(child_, &status, WNOHANG);
+    if (done == child_) {
+      child_ = -1;
+      return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    usleep(1000);
+  }
+  return -1;
+}

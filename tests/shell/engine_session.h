@@ -1,0 +1,31 @@
+// A running engine driven line by line through pipes, as a GUI drives it:
+// send a command, then wait for a line that answers it.
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+
+class EngineSession {
+ public:
+  explicit EngineSession(const char* path);
+  ~EngineSession();
+  EngineSession(const EngineSession&) = delete;
+  EngineSession& operator=(const EngineSession&) = delete;
+
+  void send(const std::string& line);
+  void closeInput();
+  // Reads lines until one starts with prefix; returns it, or "" after the
+  // time limit. Every line read on the way is kept in transcript.
+  std::string waitFor(const std::string& prefix, double seconds);
+  // Waits for the process to end; its exit code, or -1 on a time-out.
+  int waitForExit(double seconds);
+
+  std::string transcript;
+
+ private:
+  bool readLine(std::string& line, double seconds);
+  pid_t child_ = -1;
+  int input_ = -1;
+  int output_ = -1;
+  std::string pending_;
+};
