@@ -47,6 +47,7 @@ namespace {
 // The squares of a minor piece and pawn ending, turned over when black is the
 // stronger side so that the pawn always runs up the board.
 struct MinorPawnSquares {
+  int strong;
   int sign;
   Square strongKing, weakKing, piece, pawn, promotion;
   int file, rank;
@@ -56,6 +57,7 @@ MinorPawnSquares minorPawnSquares(const Position& position, int piece) {
   const int strong = position.pieces[White][piece] ? White : Black;
   const Square flip = strong == White ? 0 : 56;
   MinorPawnSquares m;
+  m.strong = strong;
   m.sign = strong == White ? 1 : -1;
   m.strongKing = kingSquareOf(position, strong) ^ flip;
   m.weakKing = kingSquareOf(position, strong ^ 1) ^ flip;
@@ -71,7 +73,7 @@ MinorPawnSquares minorPawnSquares(const Position& position, int piece) {
 
 int32_t endKbpk(const Position& position) {
   const MinorPawnSquares m = minorPawnSquares(position, Bishop);
-  const int strongMoves = sideToMove(position) == (m.sign == 1 ? White : Black) ? 1 : 0;
+  const int strongMoves = sideToMove(position) == m.strong ? 1 : 0;
   const int pawnDistance = 7 - m.rank;
   const int own = squareDistance[m.strongKing][m.promotion];
   const int weak = squareDistance[m.weakKing][m.promotion];
