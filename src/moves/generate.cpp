@@ -518,6 +518,7 @@ int isPseudoLegal(const Position& position, Move move) {
   }
   int step = pawnStep(c);
   Square ahead = from + step;
+  // Only a FEN can put a pawn on its last rank, and such a pawn never moves.
   if (ahead < 0 || ahead > 63) return 0;
   if ((squareBit(ahead) & backRanks) && !isPromotion(move)) return 0;
   if (position.pieces[c ^ 1][0] & squareBit(to)) {
