@@ -113,8 +113,9 @@ void parseFen(Position& position, const char* text) {
         p.hashKey ^= pieceKeys[pieceIndex(colour, piece, s)];
         p.pawnKey ^= pawnKeys[pieceIndex(colour, piece, s)];
       }
-      if (piece != King)
-        p.materialKey += static_cast<uint64_t>(popCount(p.pieces[colour][piece])) * materialWeights[colour * 8 + piece];
+      // Kings carry a zero weight, so the count over all six slots is exact.
+      uint64_t count = static_cast<uint64_t>(popCount(p.pieces[colour][piece]));
+      p.materialKey += count * materialWeights[colour * 8 + piece];
     }
   }
   p.hashKey ^= castleKeys[castlingIndex(p.moved)];

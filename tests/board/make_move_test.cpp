@@ -182,6 +182,17 @@ TEST_F(MakeMove, CapturingARookOnItsCornerEndsTheRight) {
   EXPECT_EQ(quiet.hashKey, keyOf("4k2r/r7/8/8/8/8/R7/4K2R w Kk -"));
 }
 
+TEST_F(MakeMove, RightsLostInDifferentWaysShareTheKey) {
+  // Kings out and back: only e1 and e8 are marked, yet no right is left, as
+  // in the FEN with "-" that marks all six squares.
+  const Position& walked = play("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -",
+                                {mv("e1", "e2"), mv("e8", "e7"), mv("e2", "e1"), mv("e7", "e8")});
+  Position none;
+  parseFen(none, "r3k2r/8/8/8/8/8/8/R3K2R w - -");
+  EXPECT_NE(castlingIndex(walked.moved), castlingIndex(none.moved));
+  EXPECT_EQ(walked.hashKey, none.hashKey);
+}
+
 TEST_F(MakeMove, CastlingMovesTheRookAndLeavesOnlyTheOtherSidesRights) {
   const char* fen = "r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R w KQkq -";
   const Position& whiteShort = play(fen, {castleWhiteShort});

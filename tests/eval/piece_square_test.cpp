@@ -14,8 +14,12 @@ class PieceSquare : public ::testing::Test {
  protected:
   void SetUp() override { initPieceSquare(); }
 
-  static ScorePair white(int piece, const char* square) { return pieceSquare[pieceIndex(White, piece, sq(square))]; }
-  static ScorePair black(int piece, const char* square) { return pieceSquare[pieceIndex(Black, piece, sq(square))]; }
+  static ScorePair white(int piece, const char* square) {
+    return pieceSquare[pieceIndex(White, piece, sq(square))];
+  }
+  static ScorePair black(int piece, const char* square) {
+    return pieceSquare[pieceIndex(Black, piece, sq(square))];
+  }
 };
 
 const ScorePair pawnMaterial = makeScorePair(800, 1050);
@@ -40,7 +44,8 @@ TEST_F(PieceSquare, PawnRuleSamples) {
 }
 
 TEST_F(PieceSquare, SourceTableSamples) {
-  for (const char* corner : {"a8", "h8"}) EXPECT_EQ(scorePairSub(white(Knight, corner), knightMaterial), makeScorePair(-1650, -480));
+  for (const char* corner : {"a8", "h8"})
+    EXPECT_EQ(scorePairSub(white(Knight, corner), knightMaterial), makeScorePair(-1650, -480));
   for (const char* home : {"b1", "g1"}) EXPECT_EQ(white(King, home), makeScorePair(0, -960));
   for (const char* centre : {"d5", "e5"}) EXPECT_EQ(white(King, centre), makeScorePair(-738, 0));
   EXPECT_EQ(white(Knight, "a8"), makeScorePair(1850, 3420));
