@@ -13,8 +13,8 @@ namespace {
 
 // Runs a position command line as the dispatcher would.
 void position(const char* line) {
-  static char text[8192];
-  static char* tokens[4097];
+  static char text[16384];
+  static char* tokens[8193];
   std::snprintf(text, sizeof text, "%s", line);
   int count = tokenise(text, tokens);
   positionCommand(tokens, count);
@@ -95,7 +95,7 @@ TEST(PositionCommand, RefusesImpossibleBoardsAndKeepsThePreviousGame) {
 
 TEST(PositionCommand, AGameLongerThanTheStackStopsAtItsEnd) {
   std::string line = "position startpos moves";
-  for (int i = 0; i < 600; ++i) line += " g1f3 g8f6 f3g1 f6g8";
+  for (int i = 0; i < 520; ++i) line += " g1f3 g8f6 f3g1 f6g8";
   position(line.c_str());
   EXPECT_EQ(gameLength, gameStackSize - 1);
 }
