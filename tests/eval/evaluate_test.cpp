@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "../support/evaluation_setup.h"
 #include "eval/pawns.h"
@@ -86,11 +91,45 @@ TEST_F(Evaluate, HandlerEndingsSkipCacheAndCounters) {
   EXPECT_NE(evalCache[p.hashKey & 0xfff].key, p.hashKey);
 }
 
+// Ranks turned over and colours exchanged, FEN fields without move counters.
+std::string colourMirror(const std::string& fen) {
+  std::istringstream fields(fen);
+  std::string board, side, castling, enPassant;
+  fields >> board >> side >> castling >> enPassant;
+  std::vector<std::string> ranks;
+  std::istringstream rows(board);
+  for (std::string rank; std::getline(rows, rank, '/');) ranks.insert(ranks.begin(), rank);
+  auto swapCase = [](std::string text) {
+    for (char& c : text) c = std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c);
+    return text;
+  };
+  std::string mirrored;
+  for (const std::string& rank : ranks) mirrored += (mirrored.empty() ? "" : "/") + swapCase(rank);
+  std::string rights = castling == "-" ? "-" : swapCase(castling);
+  if (rights != "-")
+    std::sort(rights.begin(), rights.end(),
+              [](char a, char b) { return std::string("KQkq").find(a) < std::string("KQkq").find(b); });
+  std::string target = enPassant;
+  if (target != "-") target[1] = static_cast<char>('1' + '8' - target[1]);
+  return mirrored + (side == "w" ? " b " : " w ") + rights + " " + target;
+}
+
 TEST_F(Evaluate, ColourMirrorGivesTheSameValue) {
-  // Ranks turned over and colours exchanged: the side to move sees the same.
-  const char* fen = "2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -";
-  const char* mirror = "r2r2k1/1ppq1ppp/2nnbb2/4p3/pB2P3/P2P1N2/1PQNBPPP/2RR2K1 w - -";
-  EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(mirror)));
+  // Every term is the same for both colours: the side to move sees the same.
+  const char* fens[] = {
+      "2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -",
+      "r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -",
+      "r3k2r/pp3ppp/8/3P4/8/8/PP3PPP/R3K2R w Kq -",
+      "8/2P5/8/3k4/8/5p2/2K5/8 w - -",
+      "6k1/5pp1/4q2p/8/3Q4/6P1/5PKP/8 b - -",
+      "4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -",
+      "r4rk1/1b3ppp/p1n5/1p1Np3/4P3/1B3R2/PP3PPP/R5K1 w - -",
+      "8/5k2/8/4P3/1p6/8/5K2/8 b - -",
+  };
+  for (const char* fen : fens) {
+    std::string mirror = colourMirror(fen);
+    EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(mirror.c_str()))) << fen << " / " << mirror;
+  }
 }
 
 TEST_F(Evaluate, AggressivenessReachesOnlyTheOpenHalfThroughInitEvaluation) {
