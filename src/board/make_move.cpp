@@ -1,0 +1,147 @@
+#include "board/make_move.h"
+
+#include "board/fen.h"
+#include "board/keys.h"
+#include "eval/piece_square.h"
+#include "eval/score_pair.h"
+#include "shell/log.h"
+#include "shell/search_flags.h"
+
+namespace {
+
+// The first slot of colour that holds the bit, pawn to king; 0 if none does.
+int pieceOn(const Position& p, int colour, Bitboard bit) {
+  for (int piece = Pawn; piece <= King; ++piece)
+    if (p.pieces[colour][piece] & bit) return piece;
+  return NoPiece;
+}
+
+void addScore(Position& p, int index) { p.pstScore = scorePairAdd(p.pstScore, pieceSquare[index]); }
+void takeScore(Position& p, int index) {
+  p.pstScore = scorePairAdd(p.pstScore, scorePairNeg(pieceSquare[index]));
+}
+
+// Promotion kinds 4..7 give queen, knight, rook, bishop.
+constexpr int promotionPiece[8] = {0, 0, 0, 0, Queen, Knight, Rook, Bishop};
+
+}  // namespace
+
+bool makeMove(const Position& source, Position& destination, Move move) {
+  Position& d = destination;
+  d = source;
+  d.previous = &source;
+  d.lastMove = move;
+  d.movedPiece = 0;
+  d.capturedPiece = 0;
+  if (!stopSearch) ++nodeCount;
+
+  const int c = sideToMove(source);
+  const int e = c ^ 1;
+  if (d.epBit) {
+    d.hashKey ^= enPassantKey(lowestSquare(d.epBit));
+    d.epBit = 0;
+  }
+  d.hashKey ^= sideKey(c) ^ sideKey(e);
+
+  if (move == 0) {
+    d.inCheck = 0;
+    ++d.ctm;
+    return true;
+  }
+
+  const Square from = moveFrom(move);
+  const Square to = moveTo(move);
+  const uint32_t kind = moveKind(move);
+  const Bitboard F = squareBit(from);
+  const Bitboard T = squareBit(to);
+
+  const int p = pieceOn(source, c, F);
+  if (p == NoPiece) {
+    char text[8];
+    moveToText(move, text);
+    logPrintf("\n ILLEGAL MOVE IN SEARCH\n  move in question: %s", text);
+    logBoard(source);
+    // A move that does not fit the position plays as a pass, so the record
+    // stays a consistent position with the other side to move.
+    ++d.ctm;
+    return true;
+  }
+  d.movedPiece = p;
+
+  d.pawnKey ^= pawnKeys[pieceIndex(c, p, from)] ^ pawnKeys[pieceIndex(c, p, to)];
+  takeScore(d, pieceIndex(c, p, from));
+  addScore(d, pieceIndex(c, p, to));
+  d.pieces[c][p] ^= F | T;
+  d.pieces[c][0] ^= F | T;
+  d.hashKey ^= castleKeys[castlingIndex(d.moved)] ^ pieceKeys[pieceIndex(c, p, from)] ^
+               pieceKeys[pieceIndex(c, p, to)];
+  d.moved |= F | T;
+
+  if (kind == KindCastle) {
+    ++d.ctm;
+    // The rook comes from the corner on the king's side of the move and lands
+    // on the square the king crossed.
+    Square rookFrom = (to & 56) | (fileOfSquare(to) == 6 ? 7 : 0);
+    Square rookTo = (from + to) / 2;
+    Bitboard R = squareBit(rookFrom) | squareBit(rookTo);
+    d.hashKey ^= pieceKeys[pieceIndex(c, Rook, rookFrom)] ^ pieceKeys[pieceIndex(c, Rook, rookTo)];
+    addScore(d, pieceIndex(c, Rook, rookTo));
+    takeScore(d, pieceIndex(c, Rook, rookFrom));
+    d.pieces[c][Rook] ^= R;
+    d.pieces[c][0] ^= R;
+    d.moved |= R;
+    d.hashKey ^= castleKeys[castlingIndex(d.moved)];
+    return true;
+  }
+  d.hashKey ^= castleKeys[castlingIndex(d.moved)];
+
+  if (kind >= KindPromoteQueen) {
+    const int n = promotionPiece[moveKindIndex(move)];
+    d.hashKey ^= pieceKeys[pieceIndex(c, Pawn, to)];
+    d.pawnKey ^= pawnKeys[pieceIndex(c, Pawn, to)];
+    takeScore(d, pieceIndex(c, Pawn, to));
+    d.materialKey -= materialWeights[c * 8 + Pawn];
+    d.pieces[c][Pawn] ^= T;
+    d.pieces[c][n] ^= T;
+    d.materialKey += materialWeights[c * 8 + n];
+    d.phase += phaseWeights[n];
+    addScore(d, pieceIndex(c, n, to));
+    d.hashKey ^= pieceKeys[pieceIndex(c, n, to)];
+  } else if (kind == KindEnPassant) {
+    const Square victim = (from & 56) | (to & 7);
+    const Bitboard X = squareBit(victim);
+    d.pieces[e][Pawn] ^= X;
+    d.pieces[e][0] ^= X;
+    d.materialKey -= materialWeights[e * 8 + Pawn];
+    d.hashKey ^= pieceKeys[pieceIndex(e, Pawn, victim)];
+    d.pawnKey ^= pawnKeys[pieceIndex(e, Pawn, victim)];
+    takeScore(d, pieceIndex(e, Pawn, victim));
+    ++d.ctm;
+    return true;
+  } else if (kind == KindDoubleStep) {
+    // Only a target that an enemy pawn could take on enters the key, so a
+    // double step nobody can answer en passant transposes with other orders.
+    if (d.pieces[e][Pawn] & besideOnRank(T)) {
+      const Square target = (from + to) / 2;
+      d.epBit = squareBit(target);
+      d.hashKey ^= enPassantKey(target);
+    }
+    ++d.ctm;
+    return true;
+  }
+
+  if (d.pieces[e][0] & T) {
+    const int q = pieceOn(d, e, T);
+    if (q == King) logPrintf("ERROR: king capture here\n");
+    d.capturedPiece = q;
+    d.hashKey ^= pieceKeys[pieceIndex(e, q, to)];
+    d.pawnKey ^= pawnKeys[pieceIndex(e, q, to)];
+    d.materialKey -= materialWeights[e * 8 + q];
+    takeScore(d, pieceIndex(e, q, to));
+    d.phase -= phaseWeights[q];
+    d.pieces[e][q] ^= T;
+    d.pieces[e][0] ^= T;
+  }
+  ++d.ctm;
+  return true;
+}

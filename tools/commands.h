@@ -1,0 +1,5 @@
+// The subcommands of tarvok-tool. Each takes the arguments behind its own
+// name and returns the process exit code.
+#pragma once
+
+int perftCommand(int argc, char** argv);
