@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
 #include "../support/board_builder.h"
 #include "board/exchange.h"
 #include "board/fen.h"
+#include "board/make_move.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
 
@@ -124,6 +126,14 @@ TEST_F(PickerTest, LosingCaptureWaitsForTheQuietMovesOrIsNeverPlayed) {
   expected.push_back(queenTakes);
   EXPECT_EQ(drain(p, 0), expected);
 
+  // As a killer it comes straight after the captures, and the deferred
+  // stage then knows it has been played.
+  std::vector<Move> asKiller = drain(p, 0, 0, queenTakes);
+  ASSERT_EQ(asKiller.size(), expected.size());
+  EXPECT_EQ(asKiller[0], queenTakes);
+  EXPECT_EQ(std::vector<Move>(asKiller.begin() + 1, asKiller.end()),
+            std::vector<Move>(expected.begin(), expected.end() - 1));
+
   // Set 1 plays the one quiet check, then the deferred capture.
   EXPECT_EQ(drain(p, 1), moves({mv("d1", "g4"), queenTakes}));
   // Sets 2 and 3 have no deferred stage: the capture is gone.
@@ -208,6 +218,36 @@ TEST_F(PickerTest, EvasionKeysCapturesThenEnPassantThenQuietByHalfRate) {
       mv("e4", "d3"), mv("e4", "e3"), mv("e4", "f3"), mv("e4", "d4"), mv("e4", "f4"),
   });
   EXPECT_EQ(drain(p, 4), expected);
+}
+
+TEST_F(PickerTest, SetZeroServesEveryCaptureAndQuietMoveExactlyOnce) {
+  // Along the first ply of a busy position: the hash move and the killers,
+  // skipped when the lists reach them, and the deferred captures, served
+  // last, add up to the generated lists with nothing lost or doubled.
+  Position root = fen("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1");
+  Move rootMoves[maxGeneratedMoves];
+  int rootCount = generateAllMoves(root, rootMoves);
+  for (int i = 0; i < rootCount; ++i) {
+    Position child;
+    makeMove(root, child, rootMoves[i]);
+    Move generated[2 * maxGeneratedMoves];
+    int count = generateCaptures(child, generated);
+    count += generateQuiets(child, generated + count);
+    std::vector<Move> expected(generated, generated + count);
+    std::sort(expected.begin(), expected.end());
+
+    Move hashMove = count > 0 ? generated[count - 1] : 0;
+    Move killer = count > 1 ? generated[count / 2] : 0;
+    std::vector<Move> served = drain(child, 0, hashMove, killer, 0);
+    if (killer != 0 && killer != hashMove) {
+      auto at = std::find(served.begin(), served.end(), killer);
+      ASSERT_NE(at, served.end());
+      // A quiet killer comes once; a capture killer comes a second time.
+      if (std::count(served.begin(), served.end(), killer) == 2) served.erase(at);
+    }
+    std::sort(served.begin(), served.end());
+    EXPECT_EQ(served, expected) << "after root move " << i;
+  }
 }
 
 TEST_F(PickerTest, SpentPickerKeepsAnsweringZero) {
