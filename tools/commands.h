@@ -3,3 +3,4 @@
 #pragma once
 
 int perftCommand(int argc, char** argv);
+int evalCommand(int argc, char** argv);

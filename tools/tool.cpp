@@ -14,6 +14,7 @@ struct Subcommand {
 
 constexpr Subcommand subcommands[] = {
     {"perft", "DEPTH [FEN...]", perftCommand},
+    {"eval", "FEN...", evalCommand},
 };
 
 void printUsage() {

@@ -1,0 +1,161 @@
+#include "eval/evaluate.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "../support/evaluation_setup.h"
+#include "eval/pawns.h"
+#include "eval/score_pair.h"
+
+namespace {
+
+using evaltest::rootPosition;
+
+// Each test starts from an empty evaluation cache, so no value comes from
+// an earlier test or an earlier option setting.
+class Evaluate : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    evaltest::useEvaluationTables();
+    std::memset(evalCache, 0, sizeof evalCache);
+  }
+  void TearDown() override { std::memset(evalCache, 0, sizeof evalCache); }
+};
+
+TEST_F(Evaluate, ReferenceValues) {
+  struct Case {
+    const char* fen;
+    int value;
+  };
+  const Case cases[] = {
+      {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", 10},
+      {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -", -63},
+      {"2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -", -9},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq -", 6},
+      {"6k1/5ppp/8/8/8/8/5PPP/6K1 w - -", 4},
+      {"4k3/8/8/8/8/8/8/4K2R w K -", 525},
+      {"8/8/8/8/8/2k5/8/1K1QR3 w - -", 731},
+      {"8/5k2/8/8/3P4/8/5K2/8 w - -", 3},
+      {"4k3/8/8/8/8/8/8/4K3 w - -", 4},
+  };
+  for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
+}
+
+TEST_F(Evaluate, BareKingsGiveTheTempoForEitherSide) {
+  EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 w - -")), 4);
+  EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 b - -")), 4);
+}
+
+TEST_F(Evaluate, OppositeLoneBishopsWithTwoPawnsEachLeaveTheTempo) {
+  // Phase 6: tempo 44 thousandths, 4 centipawns, whoever is to move.
+  EXPECT_EQ(evaluate(rootPosition("4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -")), 4);
+  EXPECT_EQ(evaluate(rootPosition("4k3/8/5b2/p6p/P1B4P/8/8/4K3 b - -")), 4);
+  // Bishops on the same colour: the position is judged as usual.
+  EXPECT_NE(evaluate(rootPosition("4k3/8/4b3/p6p/P1B4P/8/8/4K3 w - -")), 4);
+}
+
+TEST_F(Evaluate, SecondCallComesFromTheCache) {
+  Position p = rootPosition("2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -");
+  int first = evaluate(p);
+  uint64_t probes = etableProbes;
+  uint64_t hits = etableHits;
+  EXPECT_EQ(evaluate(p), first);
+  EXPECT_EQ(etableProbes, probes);
+  EXPECT_EQ(etableHits, hits);
+}
+
+TEST_F(Evaluate, SamePawnsAndKingsHitTheEtable) {
+  Position a = rootPosition("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+  Position b = rootPosition("r3k2r/8/8/8/8/8/8/R3K2R b KQkq -");
+  evaluate(a);
+  uint64_t probes = etableProbes;
+  uint64_t hits = etableHits;
+  evaluate(b);
+  EXPECT_EQ(etableProbes, probes + 1);
+  EXPECT_EQ(etableHits, hits + 1);
+}
+
+TEST_F(Evaluate, HandlerEndingsSkipCacheAndCounters) {
+  // King and pawn against king: won with white to move, from the handler.
+  Position p = rootPosition("4k3/8/4K3/4P3/8/8/8/8 w - -");
+  uint64_t probes = etableProbes;
+  EXPECT_EQ(evaluate(p), 514);
+  EXPECT_EQ(evaluate(rootPosition("4k3/8/4K3/4P3/8/8/8/8 b - -")), -514);
+  EXPECT_EQ(etableProbes, probes);
+  EXPECT_NE(evalCache[p.hashKey & 0xfff].key, p.hashKey);
+}
+
+// Ranks turned over and colours exchanged, FEN fields without move counters.
+std::string colourMirror(const std::string& fen) {
+  std::istringstream fields(fen);
+  std::string board, side, castling, enPassant;
+  fields >> board >> side >> castling >> enPassant;
+  std::vector<std::string> ranks;
+  std::istringstream rows(board);
+  for (std::string rank; std::getline(rows, rank, '/');) ranks.insert(ranks.begin(), rank);
+  auto swapCase = [](std::string text) {
+    for (char& c : text) c = std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c);
+    return text;
+  };
+  std::string mirrored;
+  for (const std::string& rank : ranks) mirrored += (mirrored.empty() ? "" : "/") + swapCase(rank);
+  std::string rights = castling == "-" ? "-" : swapCase(castling);
+  if (rights != "-")
+    std::sort(rights.begin(), rights.end(),
+              [](char a, char b) { return std::string("KQkq").find(a) < std::string("KQkq").find(b); });
+  std::string target = enPassant;
+  if (target != "-") target[1] = static_cast<char>('1' + '8' - target[1]);
+  return mirrored + (side == "w" ? " b " : " w ") + rights + " " + target;
+}
+
+TEST_F(Evaluate, ColourMirrorGivesTheSameValue) {
+  // Every term is the same for both colours: the side to move sees the same.
+  const char* fens[] = {
+      "2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -",
+      "r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -",
+      "r3k2r/pp3ppp/8/3P4/8/8/PP3PPP/R3K2R w Kq -",
+      "8/2P5/8/3k4/8/5p2/2K5/8 w - -",
+      "6k1/5pp1/4q2p/8/3Q4/6P1/5PKP/8 b - -",
+      "4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -",
+      "r4rk1/1b3ppp/p1n5/1p1Np3/4P3/1B3R2/PP3PPP/R5K1 w - -",
+      "8/5k2/8/4P3/1p6/8/5K2/8 b - -",
+  };
+  for (const char* fen : fens) {
+    std::string mirror = colourMirror(fen);
+    EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(mirror.c_str()))) << fen << " / " << mirror;
+  }
+}
+
+TEST_F(Evaluate, AggressivenessReachesOnlyTheOpenHalfThroughInitEvaluation) {
+  const char* fen = "r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -";
+  Position p = rootPosition(fen);
+  int atDefault = evaluate(p);
+
+  evaltest::useEvaluationTables(0);
+  // The cache isn't cleared by a new setting: the old value is still served.
+  EXPECT_EQ(evaluate(p), atDefault);
+  // The pawn-and-king row is computed afresh, and only its open half changes.
+  EtableEntry zero;
+  computeEtableEntry(p, zero);
+  evaltest::useEvaluationTables(6);
+  EtableEntry six;
+  computeEtableEntry(p, six);
+  EXPECT_EQ(scorePairEnd(zero.score), scorePairEnd(six.score));
+  EXPECT_NE(scorePairOpen(zero.score), scorePairOpen(six.score));
+
+  // On a position the cache hasn't seen, the setting changes the value.
+  evaltest::useEvaluationTables(10);
+  Position fresh = rootPosition(fen);
+  fresh.hashKey ^= 1;  // a row of the cache no one has written
+  int atTen = evaluate(fresh);
+  EXPECT_NE(atTen, atDefault);
+  evaltest::useEvaluationTables(6);
+}
+
+}  // namespace
