@@ -7,6 +7,7 @@
 #include <cstring>
 #include <strings.h>
 
+#include "eval/tables.h"
 #include "search/book.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
@@ -88,7 +89,7 @@ void setoptionCommand(char** tokens, int count) {
   if (const EngineOption* row = findOption(spinOptions, name)) {
     // No range test: a client keeps to the ranges the uci answer announces.
     *row->value = toInteger(value);
-    // wired when the evaluation tables land: initEvaluation();
+    initEvaluation();
     buildReductionTables();
     return;
   }
@@ -101,7 +102,7 @@ void setoptionCommand(char** tokens, int count) {
       std::printf("info string %s not recognized as checkbox argument\n", value);
       std::fflush(stdout);
     }
-    // wired when the evaluation tables land: initEvaluation();
+    initEvaluation();
     return;
   }
   if (std::strcmp(name, "hash") == 0) {

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "eval/tables.h"
 #include "search/book.h"
 #include "search/hash_table.h"
 #include "shell/command_line.h"
@@ -21,7 +22,7 @@
 namespace {
 
 [[noreturn]] void runUciMode() {
-  // wired when the evaluation tables land: initEvaluation();
+  initEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
   if (hashSizeMb != 0) hashAllocate(hashSizeMb);
   startInputReader();
@@ -30,7 +31,7 @@ namespace {
 
 int runSelfTestMode() {
   batchMode = 1;
-  // wired when the evaluation tables land: initEvaluation();
+  initEvaluation();
   startInputReader();
   if (hashSizeMb != 0) hashAllocate(hashSizeMb);
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
@@ -39,7 +40,7 @@ int runSelfTestMode() {
 
 int runMakeTestDataMode() {
   batchMode = 1;
-  // wired when the evaluation tables land: initEvaluation();
+  initEvaluation();
   startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
   if (hashSizeMb != 0) hashAllocate(hashSizeMb);

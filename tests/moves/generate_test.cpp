@@ -245,9 +245,11 @@ struct Consistency {
     if (p.inCheck) {
       ++checks;
       std::vector<Move> evasions = sorted(generatedList(generateEvasions, p));
-      for (Move m : all)
-        if (legal(p, m, child))
+      for (Move m : all) {
+        if (legal(p, m, child)) {
           ASSERT_TRUE(std::binary_search(evasions.begin(), evasions.end(), m)) << fen << " move " << m;
+        }
+      }
     } else {
       std::vector<Move> sortedQuiets = sorted(quiets);
       for (Move m : generatedList(generateQuietChecks, p)) {
@@ -259,13 +261,19 @@ struct Consistency {
       }
     }
 
-    for (Move m : all)
-      if (moveKind(m) != KindEnPassant) ASSERT_EQ(isPseudoLegal(p, m), 1) << fen << " move " << m;
-    for (const std::vector<Move>* other : {&parentMoves, &grandparentMoves})
-      for (Move m : *other)
-        if (moveKind(m) != KindEnPassant)
+    for (Move m : all) {
+      if (moveKind(m) != KindEnPassant) {
+        ASSERT_EQ(isPseudoLegal(p, m), 1) << fen << " move " << m;
+      }
+    }
+    for (const std::vector<Move>* other : {&parentMoves, &grandparentMoves}) {
+      for (Move m : *other) {
+        if (moveKind(m) != KindEnPassant) {
           ASSERT_EQ(isPseudoLegal(p, m), std::binary_search(sortedAll.begin(), sortedAll.end(), m) ? 1 : 0)
               << fen << " stored move " << m;
+        }
+      }
+    }
 
     if (depth == 0) return;
     for (Move m : all)

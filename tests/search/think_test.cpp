@@ -78,10 +78,14 @@ SearchResult searchQuietly(const char* fen, int depth) {
   Position root;
   parseFen(root, fen);
   char moves[1] = "";
+  std::memset(depthNodes, 0, sizeof depthNodes);
   think(root, 31622400.0, depth, moves);
   batchMode = 0;
   deterministic = 0;
-  return {depthMove[depth], depthScore[depth], depthNodes[depth]};
+  // A mate ends the deepening early: report the last iteration that ran.
+  int last = depth;
+  while (last > 1 && depthNodes[last] == 0) --last;
+  return {depthMove[last], depthScore[last], depthNodes[last]};
 }
 
 TEST(Think, FindsMatesAndScoresThemByDistance) {
