@@ -118,9 +118,9 @@ void pvToText(const Move* line, char* text) {
 void scoreToText(int score, char* text) {
   if (std::abs(score) > 31800) {
     int mateIn = score > 0 ? (32000 - score) / 2 + 1 : -((31999 - std::abs(score)) / 2) - 1;
-    std::snprintf(text, 16, "mate %d", mateIn);
+    std::snprintf(text, scoreTextSize, "mate %d", mateIn);
   } else {
-    std::snprintf(text, 16, "cp %d", score);
+    std::snprintf(text, scoreTextSize, "cp %d", score);
   }
 }
 
@@ -128,7 +128,7 @@ void printIterationLine(int depth, int score, const Move* line) {
   double elapsed = elapsedSince(searchStartTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
-  char scoreText[16];
+  char scoreText[scoreTextSize];
   char lineText[lineLength * 6 + 1];
   scoreToText(score, scoreText);
   pvToText(line, lineText);

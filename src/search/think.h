@@ -37,7 +37,10 @@ AspirationWindow widenWindow(AspirationWindow window, int value);
 // bestMoveText from the first ("ZZZZ" for an empty line).
 void pvToText(const Move* line, char* text);
 
-// "cp N", or "mate N" for scores beyond the mate threshold.
+constexpr int scoreTextSize = 24;
+
+// "cp N", or "mate N" for scores beyond the mate threshold; text holds
+// scoreTextSize bytes.
 void scoreToText(int score, char* text);
 
 // The info line of a finished iteration or of a new best root move.

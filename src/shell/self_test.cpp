@@ -74,7 +74,8 @@ constexpr double searchGoal = 31622400.0;  // a year: time never ends these sear
 void searchRow(int row, char* fen) {
   char copy[160];
   char* tokens[80];
-  std::snprintf(copy, sizeof copy, "%s", testFens[row]);
+  std::memcpy(copy, testFens[row], sizeof copy);
+  copy[sizeof copy - 1] = 0;
   int count = tokenise(copy, tokens);
   if (count < 4) {
     std::fputs("Error in data structure\n", stderr);
@@ -119,7 +120,8 @@ int runSelfTest() {
       searchRow(row, fen);
       char copy[160];
       char* tokens[80];
-      std::snprintf(copy, sizeof copy, "%s", testFens[row]);
+      std::memcpy(copy, testFens[row], sizeof copy);
+      copy[sizeof copy - 1] = 0;
       int count = tokenise(copy, tokens);
       bool same = count >= 7 && static_cast<long long>(depthMove[searchDepth]) == std::atoll(tokens[4]) &&
                   static_cast<long long>(depthScore[searchDepth]) == std::atoll(tokens[5]) &&

@@ -18,7 +18,7 @@ Move word(const char* text) {
 }
 
 TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
-  char text[16];
+  char text[scoreTextSize];
   scoreToText(31999, text);
   EXPECT_STREQ(text, "mate 1");
   scoreToText(31997, text);
