@@ -9,6 +9,7 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
+#include "shell/engine_exit.h"
 #include "shell/log.h"
 #include "shell/options.h"
 
@@ -25,15 +26,10 @@ struct BookRecord {
   uint16_t weight;
 };
 
-[[noreturn]] void bookFailure(const char* text) {
-  std::fputs(text, stderr);
-  std::exit(1);
-}
-
 BookRecord readRecord(long index) {
-  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) bookFailure("Error with fseek opening book\n");
+  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) fatalExit("Error with fseek opening book\n");
   unsigned char bytes[16];
-  if (std::fread(bytes, 1, 16, bookFile) != 16) bookFailure("Error with fread opening book\n");
+  if (std::fread(bytes, 1, 16, bookFile) != 16) fatalExit("Error with fread opening book\n");
   BookRecord record;
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
@@ -45,7 +41,7 @@ BookRecord readRecord(long index) {
 }
 
 long recordCount() {
-  if (std::fseek(bookFile, 0, SEEK_END) != 0) bookFailure("Error with fseek opening book\n");
+  if (std::fseek(bookFile, 0, SEEK_END) != 0) fatalExit("Error with fseek opening book\n");
   long length = std::ftell(bookFile);
   return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
 }

@@ -10,6 +10,7 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
+#include "shell/engine_exit.h"
 #include "shell/game.h"
 #include "shell/log.h"
 
@@ -83,8 +84,7 @@ void positionCommand(char** tokens, int count) {
       used += std::snprintf(fen + used, sizeof fen - used, i == 2 ? "%s" : " %s", tokens[i]);
     scanFrom = 5;
   } else {
-    std::fputs("Error here!\n", stderr);
-    std::exit(1);
+    fatalExit("Error here!\n");
   }
 
   Position root;

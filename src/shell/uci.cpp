@@ -5,6 +5,7 @@
 #include <cstring>
 #include <strings.h>
 
+#include "shell/engine_exit.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
 #include "shell/log.h"
@@ -113,7 +114,7 @@ void uciPoll() {
       pondering = 0;
       break;
     case hashQuit:
-      std::exit(0);
+      quitEngine();
     default:
       break;
   }
