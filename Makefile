@@ -30,7 +30,7 @@ test-sanitize: $(SANITIZE_DIR)/build.ninja
 	cd $(SANITIZE_DIR) && ctest --output-on-failure
 
 $(FUZZ_DIR)/build.ninja:
-	cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DTARVOK_FUZZ=ON
+	cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON
 
 fuzz: $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j$(JOBS)

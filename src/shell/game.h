@@ -12,6 +12,8 @@ extern Position gameStack[gameStackSize];
 extern int32_t gameLength;  // index of the current record
 
 // Why a position can't be a game's root, or null if it can: each side needs
-// exactly one king, no pawn on the first or last rank, at most 16 pieces a
-// side, and the side not to move must not be in check.
+// exactly one king, no pawn on the first or last rank, at most 16 pieces and
+// 8 pawns a side and no more pieces than promotions could give, the side not
+// to move must not be in check, and an en-passant square must follow a
+// double step that the board shows.
 const char* positionDefect(const Position& position);

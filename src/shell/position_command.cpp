@@ -22,9 +22,31 @@ const char* positionDefect(const Position& position) {
   for (int colour = White; colour <= Black; ++colour) {
     if (popCount(position.pieces[colour][King]) != 1) return "each side needs exactly one king";
     if (popCount(position.pieces[colour][0]) > 16) return "a side has more than 16 pieces";
+    // The evaluation's tables end where legal play ends: eight pawns, and no
+    // more pieces than the missing pawns could have promoted to.
+    const int pawns = popCount(position.pieces[colour][Pawn]);
+    int promoted = 0;
+    for (int piece = Knight; piece <= Queen; ++piece) {
+      const int extra = popCount(position.pieces[colour][piece]) - (piece == Queen ? 1 : 2);
+      if (extra > 0) promoted += extra;
+    }
+    if (pawns > 8) return "a side has more than 8 pawns";
+    if (promoted > 8 - pawns) return "a side has more pieces than promotions could give";
   }
   if ((position.pieces[White][Pawn] | position.pieces[Black][Pawn]) & backRanks) return "a pawn stands on the first or last rank";
   if (kingInAttackMap(position, sideToMove(position) ^ 1)) return "the side not to move is in check";
+  if (position.epBit) {
+    // The capture en passant takes a pawn that has just crossed the target
+    // square: that pawn and the two empty squares behind it must be there.
+    const int mover = sideToMove(position);
+    const Square target = lowestSquare(position.epBit);
+    const Square pawn = mover == White ? target - 8 : target + 8;
+    const Square origin = mover == White ? target + 8 : target - 8;
+    const Bitboard occupied = position.pieces[White][0] | position.pieces[Black][0];
+    if (rankOfSquare(target) != (mover == White ? 5 : 2) || !(position.pieces[mover ^ 1][Pawn] & squareBit(pawn)) ||
+        (occupied & (squareBit(target) | squareBit(origin))))
+      return "the en-passant square follows no double step";
+  }
   return nullptr;
 }
 
