@@ -9,7 +9,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -313,7 +315,23 @@ std::string writeBook() {
 TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZero) {
   StressClient client;
   client.bookPath = writeBook();
-  EngineSession engine(TARVOK_ENGINE_PATH);
+  // What the engine writes to standard error is shown if the test fails: a
+  // sanitizer's report, or the text of a stop.
+  const std::string errorPath = testing::TempDir() + "stress-errors-" + std::to_string(getpid()) + ".txt";
+  std::remove(errorPath.c_str());
+  struct ShowErrors {
+    const std::string& path;
+    ~ShowErrors() {
+      if (testing::Test::HasFailure()) {
+        std::ifstream file(path);
+        std::stringstream text;
+        text << file.rdbuf();
+        std::printf("The engine's standard error:\n%s\n", text.str().c_str());
+      }
+      std::remove(path.c_str());
+    }
+  } showErrors{errorPath};
+  EngineSession engine(TARVOK_ENGINE_PATH, errorPath.c_str());
   int goLines = 0;
   int readyChecks = 0;
   int oddIsReady = 0;  // lines such as "isready\r" that the engine reads as isready

@@ -15,15 +15,15 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-EngineSession::EngineSession(const char* path) {
+EngineSession::EngineSession(const char* path, const char* errorPath) {
   int in[2], out[2];
   if (pipe(in) || pipe(out)) return;
   child_ = fork();
   if (child_ == 0) {
     dup2(in[0], 0);
     dup2(out[1], 1);
-    int devNull = open("/dev/null", 1);
-    dup2(devNull, 2);
+    int errorFile = open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644);
+    dup2(errorFile, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
     execl(path, path, static_cast<char*>(nullptr));
     _exit(127);

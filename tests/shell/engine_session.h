@@ -7,7 +7,9 @@
 
 class EngineSession {
  public:
-  explicit EngineSession(const char* path);
+  // The engine's standard error goes to errorPath (appended to), by default
+  // nowhere.
+  explicit EngineSession(const char* path, const char* errorPath = "/dev/null");
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
