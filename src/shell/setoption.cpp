@@ -80,6 +80,12 @@ void readOptionText(char** tokens, int count, OptionText& text) {
   }
 }
 
+bool namesHashOption(char** tokens, int count) {
+  OptionText text;
+  readOptionText(tokens, count, text);
+  return std::strcmp(text.optionName + 1, "hash") == 0;
+}
+
 void setoptionCommand(char** tokens, int count) {
   OptionText text;
   readOptionText(tokens, count, text);
