@@ -110,7 +110,8 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
     if (i + 1 >= count) break;
     long long value = readNumber(tokens[++i]);
     switch (word) {
-      // A negative node count or move time, or a move count below 1, means the word is absent.
+      // A negative node count or move time, or a move count below 1, means
+      // the word is absent; a depth beyond 99 searches to 99.
       case WordNodes: if (value >= 0) request.nodeLimit = static_cast<uint64_t>(value); break;
       case WordWtime: request.remaining[White] = clockSeconds(value); break;
       case WordBtime: request.remaining[Black] = clockSeconds(value); break;
