@@ -3,48 +3,14 @@
 
 #include <chrono>
 #include <regex>
-#include <sstream>
 #include <string>
 
 #include "../shell/engine_process.h"
 #include "../shell/engine_session.h"
-#include "board/fen.h"
-#include "board/make_move.h"
-#include "board/queries.h"
-#include "moves/generate.h"
+#include "../support/legal_moves.h"
+#include "../support/uci_lines.h"
 
 namespace {
-
-// Whether text is a legal move of the position, by the engine's own generator.
-bool isLegalMove(const char* fen, const std::string& text) {
-  Position position, child;
-  parseFen(position, fen);
-  Move list[maxGeneratedMoves];
-  int count = generateAllMoves(position, list);
-  char moveText[8];
-  for (int i = 0; i < count; ++i) {
-    moveToText(list[i], moveText);
-    if (text != moveText) continue;
-    makeMove(position, child, list[i]);
-    return !kingAttacked(child, sideToMove(position));
-  }
-  return false;
-}
-
-std::string lastLineStartingWith(const std::string& output, const std::string& prefix) {
-  std::istringstream lines(output);
-  std::string found;
-  for (std::string line; std::getline(lines, line);)
-    if (line.compare(0, prefix.size(), prefix) == 0) found = line;
-  return found;
-}
-
-std::string wordAfter(const std::string& line, const std::string& word) {
-  std::istringstream words(line);
-  for (std::string w; words >> w;)
-    if (w == word && words >> w) return w;
-  return "";
-}
 
 TEST(EngineSearch, DepthSearchReportsEachIterationAndALegalBestMove) {
   ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "position startpos\ngo depth 7\n", 60.0);

@@ -15,7 +15,10 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-EngineSession::EngineSession(const char* path) {
+EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments) {
+  std::vector<char*> argv{const_cast<char*>(path)};
+  for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
   int in[2], out[2];
   if (pipe(in) || pipe(out)) return;
   child_ = fork();
@@ -25,7 +28,7 @@ EngineSession::EngineSession(const char* path) {
     int devNull = open("/dev/null", 1);
     dup2(devNull, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
-    execl(path, path, static_cast<char*>(nullptr));
+    execv(path, argv.data());
     _exit(127);
   }
   close(in[0]);

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 #include <sys/types.h>
 
 class EngineSession {
  public:
-  explicit EngineSession(const char* path);
+  explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {});
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
