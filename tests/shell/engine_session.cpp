@@ -15,7 +15,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-EngineSession::EngineSession(const char* path) {
+EngineSession::EngineSession(const char* path, const char* workingDirectory) {
   int in[2], out[2];
   if (pipe(in) || pipe(out)) return;
   child_ = fork();
@@ -25,6 +25,7 @@ EngineSession::EngineSession(const char* path) {
     int devNull = open("/dev/null", 1);
     dup2(devNull, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
+    if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     execl(path, path, static_cast<char*>(nullptr));
     _exit(127);
   }

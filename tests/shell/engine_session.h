@@ -7,7 +7,8 @@
 
 class EngineSession {
  public:
-  explicit EngineSession(const char* path);
+  // The engine runs in workingDirectory if one is given, else in the caller's.
+  explicit EngineSession(const char* path, const char* workingDirectory = nullptr);
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
