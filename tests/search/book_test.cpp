@@ -282,7 +282,6 @@ TEST_F(Book, AFileRewrittenUnderTheEngineIsReadAsItNowIs) {
 }
 
 TEST_F(Book, AFailedReadOrSeekEndsTheProgramWithItsMessage) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
   useBook({{keyOf(startFen), moveField("e2e4"), 1}, {keyOf(startFen) + 1, moveField("e2e4"), 1}});
   std::fclose(bookFile);
   // A stream that can seek but not read.
