@@ -15,6 +15,7 @@ struct Subcommand {
 constexpr Subcommand subcommands[] = {
     {"perft", "DEPTH [FEN...]", perftCommand},
     {"eval", "FEN...", evalCommand},
+    {"bookkey", "FEN...", bookKeyCommand},
 };
 
 void printUsage() {

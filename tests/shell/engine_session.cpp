@@ -15,7 +15,8 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments) {
+EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments,
+                             const char* workingDirectory) {
   std::vector<char*> argv{const_cast<char*>(path)};
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
@@ -28,6 +29,7 @@ EngineSession::EngineSession(const char* path, const std::vector<std::string>& a
     int devNull = open("/dev/null", 1);
     dup2(devNull, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
+    if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     execv(path, argv.data());
     _exit(127);
   }

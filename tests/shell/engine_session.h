@@ -8,7 +8,9 @@
 
 class EngineSession {
  public:
-  explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {});
+  // The engine runs in workingDirectory if one is given, else in the caller's.
+  explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {},
+                         const char* workingDirectory = nullptr);
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;

@@ -99,9 +99,10 @@ TEST(EngineGo, DepthWithAClockIsAPureDepthSearch) {
   EXPECT_FALSE(hasLine(run.standardOutput, "info depth 6"));
   EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(lastLineStartingWith(run.standardOutput, "bestmove"), "bestmove")));
 
-  // Only a depth above 0 chooses a depth search: depth 0 is timed.
-  run = engine("go depth 0 wtime 10 btime 10\n");
-  EXPECT_FALSE(hasLine(run.standardOutput, "info depth 5 time ")) << run.standardOutput;
+  // Only a depth above 0 chooses a depth search: depth 0 is timed, and with
+  // half a minute left it deepens past its first iterations.
+  run = engine("go depth 0 wtime 30000 btime 30000\n");
+  EXPECT_TRUE(hasLine(run.standardOutput, "info depth 3 time ")) << run.standardOutput;
   EXPECT_EQ(bestMoves(run.standardOutput).size(), 1u);
 }
 
