@@ -54,6 +54,32 @@ TEST(EngineSearch, FindsMatesAndReportsTheirDistance) {
   }
 }
 
+// The final iteration line without its time and speed, which vary.
+std::string resultOf(const std::string& output) {
+  std::string line = lastLineStartingWith(output, "info depth 8 time");
+  return wordAfter(line, "nodes") + " " + wordAfter(line, "score") + " " + line.substr(line.find(" pv "));
+}
+
+TEST(EngineSearch, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearches) {
+  const std::string search = "setoption name deterministic value true\n"
+                             "position fen r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -\n"
+                             "go depth 8\n";
+  ProcessResult first = runProgram(TARVOK_ENGINE_PATH, {}, search, 60.0);
+  ProcessResult fresh = runProgram(TARVOK_ENGINE_PATH, {}, search, 60.0);
+  ASSERT_NE(lastLineStartingWith(first.standardOutput, "info depth 8 time"), "");
+  EXPECT_EQ(resultOf(first.standardOutput), resultOf(fresh.standardOutput));
+
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("setoption name deterministic value true");
+  engine.send("position startpos moves d2d4 g8f6");
+  engine.send("go depth 7");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  engine.send("position fen r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -");
+  engine.send("go depth 8");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  EXPECT_EQ(resultOf(engine.transcript), resultOf(first.standardOutput));
+}
+
 TEST(EngineSearch, AnswersReadyStopsAtOnceAndQuitsInsideASearch) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("position startpos");
