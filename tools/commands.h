@@ -4,3 +4,5 @@
 
 int perftCommand(int argc, char** argv);
 int evalCommand(int argc, char** argv);
+int fingerprintsCommand(int argc, char** argv);
+int traceCommand(int argc, char** argv);

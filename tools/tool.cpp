@@ -15,6 +15,8 @@ struct Subcommand {
 constexpr Subcommand subcommands[] = {
     {"perft", "DEPTH [FEN...]", perftCommand},
     {"eval", "FEN...", evalCommand},
+    {"fingerprints", "[--seed N] [ROWS...]", fingerprintsCommand},
+    {"trace", "[--seed N] [--iterations] ROW | DEPTH FEN...", traceCommand},
 };
 
 void printUsage() {
