@@ -55,7 +55,7 @@ int fingerprintsCommand(int argc, char** argv) {
 
   std::printf("# seed 0x%016" PRIx64 ", depth %d\n", seed, testSearchDepth);
   std::printf("row  move  ref    score   ref      nodes        ref    nodes%%  agree\n");
-  int rows = 0, sameMove = 0, sameScore = 0, sameNodes = 0;
+  int rows = 0, sameMove = 0, sameScore = 0, sameNodes = 0, nearNodes = 0;
   auto start = std::chrono::steady_clock::now();
   for (int row = 0; row < referenceRowCount; ++row) {
     if (!chosen[row]) continue;
@@ -81,8 +81,12 @@ int fingerprintsCommand(int argc, char** argv) {
     sameMove += moveAgrees;
     sameScore += scoreAgrees;
     sameNodes += nodesAgree;
+    nearNodes += percent >= -1.0 && percent <= 1.0;
   }
-  std::printf("agree: move %d score %d nodes %d of %d\n", sameMove, sameScore, sameNodes, rows);
+  // The keys alone move most rows' counts by a few nodes at most, so a row
+  // within 1% is close to agreement; exact agreement stays the goal.
+  std::printf("agree: move %d score %d nodes %d of %d; nodes within 1%%: %d\n", sameMove, sameScore, sameNodes, rows,
+              nearNodes);
   double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   std::fprintf(stderr, "%.1f s\n", seconds);
   return 0;

@@ -43,18 +43,20 @@ TEST(FingerprintsCommand, ShowsChosenRowsBesideTheReferenceAndCountsAgreement) {
   EXPECT_EQ(rows[1][0], "48");
   EXPECT_EQ(rows[1][2], "e1e2");
   EXPECT_EQ(rows[1][6], "166665");
-  int moves = 0, scores = 0, nodes = 0;
+  int moves = 0, scores = 0, nodes = 0, near = 0;
   for (const auto& row : rows) {
     ASSERT_EQ(row.size(), 9u);
     moves += row[1] == row[2];
     scores += row[3] == row[4];
     nodes += row[5] == row[6];
+    double percent = std::stod(row[7]);
+    near += percent >= -1.0 && percent <= 1.0;
     EXPECT_EQ(row[8], std::string(row[1] == row[2] ? "M" : ".") + (row[3] == row[4] ? "S" : ".") +
                           (row[5] == row[6] ? "N" : "."));
   }
   EXPECT_EQ(lineStartingWith(run.standardOutput, "agree:"),
             "agree: move " + std::to_string(moves) + " score " + std::to_string(scores) + " nodes " +
-                std::to_string(nodes) + " of 2");
+                std::to_string(nodes) + " of 2; nodes within 1%: " + std::to_string(near));
 }
 
 TEST(FingerprintsCommand, TheDefaultSeedNamedAloudChangesNothing) {
