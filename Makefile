@@ -1,8 +1,10 @@
 # Thin wrapper around CMake: `make` builds Release into build/,
-# `make run` starts the engine, `make test` runs every test.
+# `make run` starts the engine, `make test` runs every test,
+# `make fingerprints [ROWS="0 7"]` compares the self-test searches with the
+# reference.
 BUILD_DIR ?= build
 
-.PHONY: all run test clean
+.PHONY: all run test fingerprints clean
 
 all: $(BUILD_DIR)/build.ninja
 	cmake --build $(BUILD_DIR)
@@ -15,6 +17,9 @@ run: all
 
 test: all
 	cd $(BUILD_DIR) && ctest --output-on-failure
+
+fingerprints: all
+	./$(BUILD_DIR)/tarvok-tool fingerprints $(ROWS)
 
 clean:
 	rm -rf $(BUILD_DIR)

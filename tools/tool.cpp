@@ -16,6 +16,8 @@ constexpr Subcommand subcommands[] = {
     {"perft", "DEPTH [FEN...]", perftCommand},
     {"eval", "FEN...", evalCommand},
     {"bookkey", "FEN...", bookKeyCommand},
+    {"fingerprints", "[--seed N] [ROWS...]", fingerprintsCommand},
+    {"trace", "[--seed N] [--iterations] ROW | DEPTH FEN...", traceCommand},
 };
 
 void printUsage() {

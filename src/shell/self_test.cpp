@@ -67,11 +67,18 @@ char testFens[50][160] = {
 
 namespace {
 
-constexpr int searchDepth = 13;
 constexpr double searchGoal = 31622400.0;  // a year: time never ends these searches
 
-// Searches one row of the table; exits if the row has too few fields.
-void searchRow(int row, char* fen) {
+}  // namespace
+
+void searchBatchPosition(const char* fen, int depth) {
+  Position position;
+  parseFen(position, fen);
+  char noMoves[1] = "";
+  think(position, searchGoal, depth, noMoves);
+}
+
+void searchTestRow(int row, char* fen) {
   char copy[160];
   char* tokens[80];
   std::memcpy(copy, testFens[row], sizeof copy);
@@ -82,20 +89,15 @@ void searchRow(int row, char* fen) {
     std::exit(1);
   }
   std::snprintf(fen, 160, "%s %s %s %s", tokens[0], tokens[1], tokens[2], tokens[3]);
-  Position position;
-  parseFen(position, fen);
-  char noMoves[1] = "";
-  think(position, searchGoal, searchDepth, noMoves);
+  searchBatchPosition(fen, testSearchDepth);
 }
-
-}  // namespace
 
 int makeTestData() {
   for (int row = 0; row < 50; ++row) {
     char fen[160];
-    searchRow(row, fen);
-    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(depthMove[searchDepth]),
-                depthScore[searchDepth], static_cast<int64_t>(depthNodes[searchDepth]));
+    searchTestRow(row, fen);
+    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(depthMove[testSearchDepth]),
+                depthScore[testSearchDepth], static_cast<int64_t>(depthNodes[testSearchDepth]));
     std::fflush(stdout);
   }
   std::printf("};\n");
@@ -107,7 +109,7 @@ int runSelfTest() {
   std::printf("This self-test verifies that the program is deterministic and also\n");
   std::printf("performs a simple benchmark using 50 random positions.\n\n");
   std::printf("Up to 100 passes are done, and the Sec column gives the average time\n");
-  std::printf("to perforam a %d ply search.  mNPS gives millions of nodes per second.\n\n", searchDepth);
+  std::printf("to perforam a %d ply search.  mNPS gives millions of nodes per second.\n\n", testSearchDepth);
   std::printf("Pass Progress ...                                          Sec    mNPS\n");
   std::printf("==== ================================================== ====== =======\n");
   uint64_t totalNodes = 0;
@@ -117,20 +119,20 @@ int runSelfTest() {
     std::fflush(stdout);
     for (int row = 0; row < 50; ++row) {
       char fen[160];
-      searchRow(row, fen);
+      searchTestRow(row, fen);
       char copy[160];
       char* tokens[80];
       std::memcpy(copy, testFens[row], sizeof copy);
       copy[sizeof copy - 1] = 0;
       int count = tokenise(copy, tokens);
-      bool same = count >= 7 && static_cast<long long>(depthMove[searchDepth]) == std::atoll(tokens[4]) &&
-                  static_cast<long long>(depthScore[searchDepth]) == std::atoll(tokens[5]) &&
-                  static_cast<long long>(depthNodes[searchDepth]) == std::atoll(tokens[6]);
+      bool same = count >= 7 && static_cast<long long>(depthMove[testSearchDepth]) == std::atoll(tokens[4]) &&
+                  static_cast<long long>(depthScore[testSearchDepth]) == std::atoll(tokens[5]) &&
+                  static_cast<long long>(depthNodes[testSearchDepth]) == std::atoll(tokens[6]);
       if (!same) {
         std::printf("Error in position %d - self test failed\n", row);
         return 1;
       }
-      for (int depth = 1; depth < searchDepth; ++depth) {
+      for (int depth = 1; depth < testSearchDepth; ++depth) {
         totalNodes += depthNodes[depth];
         totalSeconds += depthTime[depth];
       }
