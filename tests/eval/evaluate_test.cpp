@@ -128,7 +128,10 @@ std::string colourMirror(const std::string& fen) {
     return text;
   };
   std::string mirrored;
-  for (const std::string& rank : ranks) mirrored += (mirrored.empty() ? "" : "/") + swapCase(rank);
+  for (const std::string& rank : ranks) {
+    if (!mirrored.empty()) mirrored += '/';
+    mirrored += swapCase(rank);
+  }
   std::string rights = castling == "-" ? "-" : swapCase(castling);
   if (rights != "-")
     std::sort(rights.begin(), rights.end(),
