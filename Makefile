@@ -2,13 +2,15 @@
 # `make run` starts the engine, `make test` runs every test,
 # `make test-sanitize` runs every test again under AddressSanitizer and
 # UndefinedBehaviorSanitizer (build-sanitize/), `make fuzz` builds the
-# libFuzzer targets with clang (build-fuzz/).
+# libFuzzer targets with clang (build-fuzz/),
+# `make fingerprints [ROWS="0 7"]` compares the self-test searches with the
+# reference.
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
 JOBS ?= 2
 
-.PHONY: all run test test-sanitize fuzz clean
+.PHONY: all run test test-sanitize fuzz fingerprints clean
 
 all: $(BUILD_DIR)/build.ninja
 	cmake --build $(BUILD_DIR) -j$(JOBS)
@@ -34,6 +36,9 @@ $(FUZZ_DIR)/build.ninja:
 
 fuzz: $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j$(JOBS)
+
+fingerprints: all
+	./$(BUILD_DIR)/tarvok-tool fingerprints $(ROWS)
 
 clean:
 	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)

@@ -4,3 +4,6 @@
 
 int perftCommand(int argc, char** argv);
 int evalCommand(int argc, char** argv);
+int bookKeyCommand(int argc, char** argv);
+int fingerprintsCommand(int argc, char** argv);
+int traceCommand(int argc, char** argv);

@@ -15,6 +15,9 @@ struct Subcommand {
 constexpr Subcommand subcommands[] = {
     {"perft", "DEPTH [FEN...]", perftCommand},
     {"eval", "FEN...", evalCommand},
+    {"bookkey", "FEN...", bookKeyCommand},
+    {"fingerprints", "[--seed N] [ROWS...]", fingerprintsCommand},
+    {"trace", "[--seed N] [--iterations] ROW | DEPTH FEN...", traceCommand},
 };
 
 void printUsage() {

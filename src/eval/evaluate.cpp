@@ -13,6 +13,7 @@
 EvalCacheEntry evalCache[4096];
 uint64_t etableProbes = 0;
 uint64_t etableHits = 0;
+uint64_t evalCacheHits = 0;
 
 namespace {
 
@@ -76,7 +77,7 @@ int32_t drawishEndingScale(const Position& position, const EvalFrame& frame, int
 
 int evaluate(const Position& position) {
   EvalCacheEntry& cached = evalCache[position.hashKey & 0xfff];
-  if (cached.key == position.hashKey) return cached.score;
+  if (cached.key == position.hashKey) return ++evalCacheHits, cached.score;
 
   const EndingRow& ending = endingTable[position.materialKey & 0xfff];
   double factor = 1.0;

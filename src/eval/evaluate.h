@@ -13,6 +13,7 @@ struct EvalCacheEntry {
 extern EvalCacheEntry evalCache[4096];
 extern uint64_t etableProbes;
 extern uint64_t etableHits;
+extern uint64_t evalCacheHits;  // evaluations answered by evalCache
 
 // The position's pstScore and phase must be filled in (see fillRootScores).
 int evaluate(const Position& position);

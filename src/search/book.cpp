@@ -26,17 +26,27 @@ struct BookRecord {
   uint16_t weight;
 };
 
-BookRecord readRecord(long index) {
+// Reads the record at index. A short read is a failure, unless endAllowed and
+// the stream stands at the end of the file: then it returns false.
+bool readRecordAt(long index, BookRecord& record, bool endAllowed) {
   if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) fatalExit("Error with fseek opening book\n");
   unsigned char bytes[16];
-  if (std::fread(bytes, 1, 16, bookFile) != 16) fatalExit("Error with fread opening book\n");
-  BookRecord record;
+  if (std::fread(bytes, 1, 16, bookFile) != 16) {
+    if (endAllowed && std::feof(bookFile) && !std::ferror(bookFile)) return false;
+    fatalExit("Error with fread opening book\n");
+  }
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
   std::memcpy(&record.weight, bytes + 10, 2);
   reverseBytes(&record.key, 8);
   reverseBytes(&record.move, 2);
   reverseBytes(&record.weight, 2);
+  return true;
+}
+
+BookRecord readRecord(long index) {
+  BookRecord record;
+  readRecordAt(index, record, false);
   return record;
 }
 
@@ -138,7 +148,8 @@ Move probeBook(const Position& root) {
   for (Move move; (move = nextMove(picker)) != 0;) {
     makeMove(root, scratch, move);
     if (kingAttacked(scratch, sideToMove(root))) continue;
-    // More legal moves than the list holds: the rest are left out.
+    // Past 128 legal moves the rest are left out: a book move among them
+    // reads as not legal here.
     if (legalCount == maxBookMoves) break;
     legal[legalCount].move = move;
     moveToText(move, legal[legalCount].text);
@@ -154,8 +165,10 @@ Move probeBook(const Position& root) {
   } candidates[maxCandidates];
   int candidateCount = 0;
   int total = 0;
-  for (long index = first; index < count; ++index) {
-    BookRecord record = readRecord(index);
+  // The walk ends at the end of the file as measured, or earlier if the file
+  // has shrunk since: a book rewritten under the engine ends the walk, not the program.
+  BookRecord record;
+  for (long index = first; index < count && readRecordAt(index, record, true); ++index) {
     if (record.key != key) break;
     if (record.weight == 0) continue;
     char text[8];
@@ -167,7 +180,8 @@ Move probeBook(const Position& root) {
       logPrintf("Hey, book seems broken\n");
       return 0;
     }
-    // Entries beyond the candidate list's room are dropped in file order.
+    // Past 64 weighted entries the rest are dropped in file order (still
+    // checked against the legal moves); the choice is among the first 64.
     if (candidateCount == maxCandidates) continue;
     candidates[candidateCount++] = {legal[match].move, record.weight};
     total += record.weight;

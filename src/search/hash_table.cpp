@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "shell/engine_exit.h"
+#include "search/search_trace.h"
 
 static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
 static_assert(sizeof(HashBucket) == 64, "size arithmetic counts a bucket as 64 bytes");
@@ -60,6 +61,7 @@ void hashAdvanceAge() { hashTable.age = (hashTable.age + 1) & 255; }
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move) {
   if (hashTable.buckets == nullptr) return;
   if (score < -storeLimit || score > storeLimit) return;
+  ++searchTrace.hashStores;
   HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
   uint8_t age = static_cast<uint8_t>(hashTable.age);
 
@@ -95,9 +97,10 @@ void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t m
 
 const HashEntry* hashProbe(uint64_t key) {
   if (hashTable.buckets == nullptr) return nullptr;
+  ++searchTrace.hashProbes;
   const HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
   for (const HashEntry& entry : bucket.entries)
-    if (entry.key == key) return &entry;
+    if (entry.key == key) return ++searchTrace.hashHits, &entry;
   return nullptr;
 }
 

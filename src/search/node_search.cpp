@@ -13,6 +13,7 @@
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
+#include "search/search_trace.h"
 #include "shell/options.h"
 #include "shell/search_flags.h"
 
@@ -63,6 +64,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   // 1. Entry.
   if (stopSearch) return 0;
   if (searchPollSaysStop()) return 0;
+  ++searchTrace.nodeEntries;
   const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
   const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
   // 2. Drawn material.
@@ -76,8 +78,10 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
       return searchQuiet(position, beta - 1, beta, 0, ply, line);
+    ++searchTrace.nodeHorizonTests;
     int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
     if (beta <= value && value < beta + 75) {
+      ++searchTrace.nodeHorizonExtensions;
       position.horizonExtensions = 1;
       return searchNode(position, beta, depth + 2, ply, scratch, 0, noNull);
     }
@@ -97,7 +101,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       if (depth <= hit->depth) {
         int stored = scoreFromStore(hit->score, ply);
         if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta))
-          return stored;
+          return ++searchTrace.nodeHashCutoffs, stored;
       }
     }
   }
@@ -112,11 +116,11 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   }
 
   // 6. Hopeless node.
-  if (depth <= 7 && !inCheck && eval < beta - 1250) return eval;
+  if (depth <= 7 && !inCheck && eval < beta - 1250) return ++searchTrace.hopelessReturns, eval;
 
   // 7. Winning without counterplay: search it less deeply.
   if (depth >= 4 && !inCheck && eval > 400 && !position.pieces[them][Queen] && !opponentPawnOnSeventh(position, them))
-    depth -= 2;
+    depth -= 2, ++searchTrace.winningDepthCuts;
 
   // 8.
   const int parity = nodeParity(ply, position);
@@ -124,9 +128,10 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   // 9. Internal iterative deepening.
   bool nullMoveAllowed = true;
   if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
+    ++searchTrace.nodeIidSearches;
     hashScore = searchNode(position, beta + 5, depth - 8, ply, scratch, 0, 1);
     hashMove = scratch[0];
-    if (hashScore < beta + 5) nullMoveAllowed = false;
+    if (hashScore < beta + 5) nullMoveAllowed = false, ++searchTrace.nodeIidNullBlocks;
   }
 
   Position child;
@@ -136,11 +141,11 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
     if (nullEval >= beta + 5) {
       if (depth <= 5) {
-        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return beta;
+        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullMargins, beta;
         int hanging = opponentPawnOnSeventh(position, them) ? 15 : -worstHanging(position);
-        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return beta;
+        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return ++searchTrace.staticNullHanging, beta;
       } else {
-        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return beta;
+        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullDeep, beta;
         int reduction;
         if (position.phase < 24)
           reduction = (depth - 8) / 12 + 2 + (nullEval > beta + 220 ? 1 : 0);
@@ -148,11 +153,13 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
           reduction = (depth - 8) / 8 + 3 + (nullEval > beta + 110 ? 1 : 0);
         // Pawns and king alone risk zugzwang: no null move there.
         Bitboard pieces = position.pieces[us][0] & ~position.pieces[us][Pawn] & ~position.pieces[us][King];
+        searchTrace.nullMoveZugzwangSkips += pieces ? 0 : 1;
         if (pieces) {
+          ++searchTrace.nullMoveSearches;
           makeMove(position, child, 0);
           int value = -searchNode(child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
           if (stopSearch) return 0;
-          if (std::abs(value) <= mateThreshold && value >= beta) return beta;
+          if (std::abs(value) <= mateThreshold && value >= beta) return ++searchTrace.nullMoveCutoffs, beta;
         }
       }
     }
@@ -163,13 +170,14 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   if (!inCheck) {
     bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
     if (halfDepth == 1) {
-      if (eval < beta - 120 && razorAllowed) return searchQuiet(position, beta - 1, beta, 0, ply, scratch);
+      if (eval < beta - 120 && razorAllowed) return ++searchTrace.razorShallowReturns, searchQuiet(position, beta - 1, beta, 0, ply, scratch);
     } else if (depth >= 4 && depth <= 9 && std::abs(beta) <= mateThreshold) {
       int target = beta - (120 + 20 * (depth - 2));
       if (eval < target && razorAllowed) {
+        ++searchTrace.razorDeepSearches;
         int value = searchQuiet(position, target - 1, target, 0, ply, scratch);
         if (stopSearch) return 0;
-        if (value < target) return value;
+        if (value < target) return ++searchTrace.razorDeepCutoffs, value;
       }
     }
   }
@@ -182,8 +190,10 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   if (inCheck) {
     initPicker(picker, position, 4, hashMove, 0, 0);
     singleReply = halfDepth > 6 && countEvasions(position) == 1;
+    searchTrace.singleReplyNodes += singleReply ? 1 : 0;
   } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
     // Only captures and checks can lift this node; eval stands as the score to beat.
+    ++searchTrace.capturesOnlyNodes;
     initPicker(picker, position, 2, hashMove, 0, 0);
     bestScore = eval;
     moveCount = 1;
@@ -211,11 +221,11 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     if (depth <= 7 && !inCheck && !isKiller && moveCount > lateMoveLimit[parity][depth] && kind <= 1 &&
         !(position.pieces[them][0] & squareBit(to)) &&
         !(position.pieces[us][Pawn] & sixthRank[us] & squareBit(from)) && !givesCheck(position, move))
-      continue;
+      { ++searchTrace.lateMovePrunes; continue; }
     // 13.3 Under-promotions only where the knight would check.
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) continue;
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
     // 13.4 Exchange pruning.
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) continue;
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
 
     // 13.5
     makeMove(position, child, move);
@@ -227,6 +237,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     // 13.6 Draw by repetition: not searched.
     if (repetitionDraw(child)) {
       value = drawValue(ply);
+      ++searchTrace.nodeRepetitions;
       if (stopSearch) return 0;
     } else {
       // 13.7
@@ -237,20 +248,23 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       int extension = singleReply ? 2 : 0;
       if (child.inCheck) {
         extension += 2;
-        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1;
+        ++searchTrace.nodeCheckExtensions;
+        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, ++searchTrace.queenCheckExtensions;
       } else if (extension == 0 && moveCount == 1 && depth >= 6 && depth <= 13) {
         extension = 2;
+        ++searchTrace.firstMoveExtensions;
       }
       // 13.9 Singular test: the hash move alone holds the score.
       if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
         int target = hashScore - 20;
+        ++searchTrace.nodeSingularTests;
         int singular = searchNode(position, target, halfDepth, ply, scratch, move, 0);
         if (stopSearch) return 0;
-        if (singular < target) extension = 2;
+        if (singular < target) extension = 2, ++searchTrace.nodeSingularExtensions;
       }
       // 13.10 New depth.
       if (extension > 4) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
@@ -258,14 +272,17 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       // 13.11 The piece moved out of a losing exchange into a safe square.
       bool escapes = newDepth >= 6 && newDepth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
                      exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
+      searchTrace.escapes += escapes ? 1 : 0;
 
       // 13.12 Futility by move number.
       if (newDepth >= 4 && newDepth <= 17 && (moveClassBits & 5) == 0 && !isKiller && bestScore >= -31900 &&
           moveCount >= 7) {
         int s = parity == 0 ? newDepth - 4 : newDepth - 6;
         if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
-          if (exchangeValue(position, move, 0) < 0) continue;
-          if (moveThreat(child) == 0) continue;
+          ++searchTrace.futilityTests;
+          searchTrace.futilityNegativePower += s < 0 ? 1 : 0;
+          if (exchangeValue(position, move, 0) < 0) { ++searchTrace.futilityPrunes; continue; }
+          if (moveThreat(child) == 0) { ++searchTrace.futilityPrunes; continue; }
         }
       }
 
@@ -273,6 +290,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       if (halfDepth == 4 && !inCheck && !child.inCheck && moveCount > lateMoveLimit[parity][depth] && !isKiller &&
           move != hashMove && bestScore >= -31900 && moveClassBits == 0 && moveThreat(child) == 0) {
         value = beta - 1;
+        ++searchTrace.lateFailLows;
       } else {
         bool searched = false;
         // 13.14 Reduction.
@@ -281,12 +299,15 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;
+          ++searchTrace.nodeReductions;
           value = -searchNode(child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
           if (stopSearch) return 0;
           searched = value < beta;
+          searchTrace.nodeReductionResearches += searched ? 0 : 1;
         }
         // 13.15 Full search.
         if (!searched) {
+          ++searchTrace.nodeFullSearches;
           value = -searchNode(child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
           if (stopSearch) return 0;
         }
@@ -298,6 +319,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     bestScore = value;
     if (value < beta) continue;
     cutOff = true;
+    ++searchTrace.nodeCutoffs;
     line[0] = move;
     line[1] = 0;
     if ((moveClassBits & 5) == 0) {
@@ -311,6 +333,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   if (!cutOff) {
     if (stopSearch) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
+    ++searchTrace.nodeFailLows;
   }
   if (excludedMove) return bestScore;
   if (bestScore >= beta)

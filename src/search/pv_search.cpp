@@ -11,12 +11,14 @@
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
+#include "search/search_trace.h"
 #include "shell/options.h"
 #include "shell/search_flags.h"
 
 int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (stopSearch) return 0;
   if (searchPollSaysStop()) return 0;
+  ++searchTrace.pvEntries;
   // Node parity below counts from the nearest PV node.
   position.pvPly = static_cast<uint8_t>(ply & 0xff);
   const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
@@ -43,6 +45,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       extend = (position.pieces[them][Pawn] & seventhRank[them]) || worstHanging(position) != 0;
     if (!extend) return searchQuiet(position, alpha, beta, 0, ply, line);
     position.horizonExtensions += 1;
+    ++searchTrace.pvHorizonExtensions;
     return searchPv(position, alpha, beta, depth + 2, ply, line);
   }
 
@@ -57,6 +60,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
 
   // Internal iterative deepening with the same window.
   if (hashMove == 0 && depth > 9) {
+    ++searchTrace.pvIidSearches;
     hashScore = searchPv(position, alpha, beta, depth - 4, ply, scratch);
     if (stopSearch) return 0;
     hashMove = scratch[0];
@@ -65,6 +69,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   const int halfDepth = depth >> 1;
   const int singularReference = hashScore - depth / 2;
   const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position) == 1;
+  searchTrace.pvSingleReplyNodes += singleReply ? 1 : 0;
   const Bitboard passers = passerSquares(position);
   const int alphaOnEntry = alpha;
 
@@ -88,8 +93,8 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     const Square to = moveTo(move);
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) continue;
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) continue;
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
 
     makeMove(position, child, move);
     if (kingAttacked(child, us)) continue;
@@ -113,6 +118,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         if (singleReply) extension = 2;
       }
       if (child.inCheck) {
+        ++searchTrace.pvCheckExtensions;
         noReduce = true;
         if (exchangeValue(position, move, 0) >= 0) {
           extension += 4;
@@ -123,21 +129,24 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       }
       if (!soundCheck) {
         if (child.movedPiece == Pawn && (passers & squareBit(to))) {
+          ++searchTrace.pvPasserExtensions;
           extension += 2;
           noReduce = true;
         }
         if ((moveClassBits & 5) == 1 && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
+          ++searchTrace.pvCaptureExtensions;
           extension += 2;
           noReduce = true;
         }
         if (extension <= 3 && move == hashMove && depth > 15) {
+          ++searchTrace.pvSingularTests;
           int singular = searchNode(position, singularReference, depth - 10, ply, scratch, move, 1);
           if (stopSearch) return 0;
-          if (singular < singularReference) extension += 2;
+          if (singular < singularReference) extension += 2, ++searchTrace.pvSingularExtensions;
         }
       }
       if (extension >= 5) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
@@ -154,17 +163,21 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         bool rescue = depth >= 6 && depth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
                       exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
                       exchangeValue(position, move, 0) >= 0;
+        searchTrace.pvRescues += rescue ? 1 : 0;
         if (!rescue && !noReduce && useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
             bestScore >= -31900 && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;
+          ++searchTrace.pvReductions;
           value = -searchNode(child, -alpha, reduced, ply + 1, scratch, 0, 0);
           if (stopSearch) return 0;
-          if (value <= alpha) continue;
+          if (value <= alpha) { ++searchTrace.pvReductionFailLows; continue; }
         }
+        ++searchTrace.pvZeroWindowSearches;
         value = -searchNode(child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
         if (stopSearch) return 0;
         if (value > alpha) {
+          ++searchTrace.pvResearches;
           value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
           if (stopSearch) return 0;
         }

@@ -9,11 +9,13 @@
 #include "search/hash_table.h"
 #include "search/search.h"
 #include "search/search_common.h"
+#include "search/search_trace.h"
 #include "shell/search_flags.h"
 
 int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (stopSearch) return 0;
   if (searchPollSaysStop()) return 0;
+  ++searchTrace.quietEntries;
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;
@@ -26,7 +28,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     hashMove = hit->move;
     if (zeroWindow && depth <= hit->depth) {
       int stored = scoreFromStore(hit->score, ply);
-      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return stored;
+      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return ++searchTrace.quietHashCutoffs, stored;
     }
   }
 
@@ -36,7 +38,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   if (!inCheck) {
     eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
-    if (depth < -59) return eval;
+    if (depth < -59) return ++searchTrace.quietDepthLimitReturns, eval;
   }
 
   MovePicker picker;
@@ -49,7 +51,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     bestScore = -32001;
     moveCount = 0;
   } else {
-    if (eval >= beta) return eval;
+    if (eval >= beta) return ++searchTrace.quietStandPats, eval;
     if (eval > alpha) alpha = eval;
     bestScore = eval;
     moveCount = 1;
@@ -72,15 +74,15 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     if (inCheck) {
       if (bestScore >= -31900 && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
           exchangeValue(position, move, 0) < 0)
-        continue;
+        { ++searchTrace.quietEvasionPrunes; continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
       if (kind <= 2) {
         int victim = pieceCodeOn(position, them, to);
         int margin = victim == Pawn ? 80 : 140;
-        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) continue;
+        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { ++searchTrace.quietDeltaPrunes; continue; }
       }
-      if (depth < -16 && to != moveTo(position.lastMove)) continue;
+      if (depth < -16 && to != moveTo(position.lastMove)) { ++searchTrace.quietRecaptureSkips; continue; }
     }
 
     makeMove(position, child, move);
@@ -95,7 +97,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     } else {
       int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
                           (inCheck ? 4 : 0);
-      if (dropQuietMoves && moveClassBits == 0) continue;
+      if (dropQuietMoves && moveClassBits == 0) { ++searchTrace.quietDroppedQuiets; continue; }
       value = -searchQuiet(child, -beta, -alpha, depth - 2, ply + 1, scratch);
       if (stopSearch) return 0;
       if (value <= bestScore) continue;

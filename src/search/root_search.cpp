@@ -11,6 +11,7 @@
 #include "search/conventions.h"
 #include "search/hash_table.h"
 #include "search/search.h"
+#include "search/search_trace.h"
 #include "search/think.h"
 #include "shell/options.h"
 #include "shell/platform.h"
@@ -75,6 +76,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   const int halfDepth = depth >> 1;
   const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchStartTime > 0.25;
   if (searchPollSaysStop()) return 0;
+  ++searchTrace.rootPasses;
   line[0] = 0;
   if (halfDepth == 1) buildRootMoves(position);
 
@@ -128,13 +130,15 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
     } else {
       if (noReduce == 0 && useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
           rootChild.capturedPiece == 0 && bestScore >= -31900) {
+        ++searchTrace.rootReductions;
         int reduced = -searchNode(rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
         if (stopSearch) return 0;
-        if (reduced <= alpha) continue;
+        if (reduced <= alpha) { ++searchTrace.rootReductionFailLows; continue; }
       }
       value = -searchNode(rootChild, -alpha, childDepth, 1, scratch, 0, 0);
       if (stopSearch) return 0;
       if (value > alpha) {
+        ++searchTrace.rootResearches;
         value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
         if (stopSearch) return 0;
       }

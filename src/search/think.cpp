@@ -17,6 +17,7 @@
 #include "search/hash_table.h"
 #include "search/reductions.h"
 #include "search/search.h"
+#include "search/search_trace.h"
 #include "shell/log.h"
 #include "shell/options.h"
 #include "shell/platform.h"
@@ -145,6 +146,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
   goalReached = 0;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
   stopSearch = 0;
+  searchTrace = SearchTrace{};
   std::memset(killer1, 0, sizeof killer1);
   std::memset(killer2, 0, sizeof killer2);
 
@@ -304,6 +306,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
         depthNodes[depth] = nodes;
         depthScore[depth] = score;
         depthMove[depth] = bestLine[0];
+        depthTrace[depth] = searchTrace;
       }
     } else {
       printIterationLine(depth, score, bestLine);

@@ -1,6 +1,5 @@
 #include "shell/go_command.h"
 
-#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -18,20 +17,19 @@ int32_t searchNeedsCommand = 0;
 namespace {
 
 constexpr double yearSeconds = 31622400.0;  // 366 days: no time limit in practice
-constexpr int maxDepth = 99;                // the driver keeps 100 iterations
+constexpr uint64_t noNodeLimit = ~uint64_t{0};
 
-// Decimal value of a token; out-of-range numbers saturate.
-long long readNumber(const char* text) {
-  errno = 0;
-  long long value = std::strtoll(text, nullptr, 10);
-  return value;  // strtoll already saturates at the 64-bit limits
-}
+// A number too large either way saturates; a token that isn't a number reads as 0.
+long long readNumber(const char* text) { return std::strtoll(text, nullptr, 10); }
 
 int32_t saturate32(long long value) {
   if (value > INT32_MAX) return INT32_MAX;
   if (value < INT32_MIN) return INT32_MIN;
   return static_cast<int32_t>(value);
 }
+
+// Some clients send a negative clock once the flag has fallen: that is no time left.
+double clockSeconds(long long milliseconds) { return milliseconds > 0 ? milliseconds * 0.001 : 0.0; }
 
 enum GoWord { WordInfinite, WordPonder, WordNodes, WordWtime, WordBtime, WordWinc, WordBinc, WordMovesToGo,
               WordMoveTime, WordDepth, WordSearchMoves, WordNone };
@@ -50,9 +48,13 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead, bool hal
   if (!halfTime && movesToGo == 1) hard *= 0.9;
   goal -= overhead;
   hard -= overhead;
-  hardTimePercent = static_cast<int32_t>(hard / goal * 100);
+  constexpr double floor = 0.005;
+  // In deep time trouble the goal falls to its floor: the hard limit is then
+  // the budget's own hard time, never less than that floor.
+  double percent = goal > floor ? hard / goal * 100 : (hard > floor ? hard : floor) / floor * 100;
+  hardTimePercent = static_cast<int32_t>(percent);
   logPrintf("We have %8.1f seconds to make %d moves = %8.1f goal\n", timeLeft, halfTime ? 0 : movesToGo, goal);
-  return goal > 0.005 ? goal : 0.005;
+  return goal > floor ? goal : floor;
 }
 
 double gameBudget(double timeLeft, double increment, double overhead) {
@@ -81,68 +83,72 @@ double timeBudget(double timeLeft, double increment, int movesToGo, int depth, d
   return gameBudget(timeLeft, increment, overhead);
 }
 
-void goCommand(char** tokens, int count) {
-  nodeLimit = ~uint64_t{0};
-  pondering = 0;
-  double remaining[2] = {0.0, 0.0};
-  double increment[2] = {0.0, 0.0};
-  double moveTime = 0.0;
-  int32_t movesToGo = 0;
-  int32_t depth = 0;
-  bool infiniteSearch = false;
-  static char searchMoves[2048];
-  searchMoves[0] = 0;
+void readGoWords(char** tokens, int count, GoRequest& request) {
+  request = GoRequest{};
+  request.nodeLimit = noNodeLimit;
   size_t searchMovesUsed = 0;
   bool collecting = false;
 
   for (int i = 1; i < count; ++i) {
     GoWord word = goWord(tokens[i]);
     if (word == WordNone) {
-      // Move texts while collecting; any other unknown word is skipped.
-      if (collecting && searchMovesUsed + std::strlen(tokens[i]) + 2 < sizeof searchMoves)
-        searchMovesUsed += std::snprintf(searchMoves + searchMovesUsed, sizeof searchMoves - searchMovesUsed, "%s ",
-                                         tokens[i]);
+      // Move texts while collecting; any other word the table lacks is skipped.
+      size_t length = std::strlen(tokens[i]);
+      if (collecting && searchMovesUsed + length + 2 <= sizeof request.searchMoves) {
+        std::memcpy(request.searchMoves + searchMovesUsed, tokens[i], length);
+        searchMovesUsed += length;
+        request.searchMoves[searchMovesUsed++] = ' ';
+        request.searchMoves[searchMovesUsed] = '\0';
+      }
       continue;
     }
     collecting = false;
-    if (word == WordInfinite) { infiniteSearch = true; continue; }
-    if (word == WordPonder) { pondering = 1; continue; }
+    if (word == WordInfinite) { request.infiniteSearch = true; continue; }
+    if (word == WordPonder) { request.ponder = true; continue; }
     if (word == WordSearchMoves) { collecting = true; continue; }
-    if (i + 1 >= count) break;  // a word whose value is missing is ignored
+    // A word whose value is missing at the end of the line is ignored.
+    if (i + 1 >= count) break;
     long long value = readNumber(tokens[++i]);
     switch (word) {
-      // A negative node count or move time counts as absent; a negative clock as 0.
-      case WordNodes: if (value >= 0) nodeLimit = static_cast<uint64_t>(value); break;
-      case WordWtime: remaining[White] = value > 0 ? value * 0.001 : 0.0; break;
-      case WordBtime: remaining[Black] = value > 0 ? value * 0.001 : 0.0; break;
-      case WordWinc: increment[White] = value > 0 ? value * 0.001 : 0.0; break;
-      case WordBinc: increment[Black] = value > 0 ? value * 0.001 : 0.0; break;
-      case WordMovesToGo: movesToGo = value > 0 ? saturate32(value) : 0; break;
-      case WordMoveTime: moveTime = value > 0 ? saturate32(value) * 0.001 : 0.0; break;
-      case WordDepth: depth = value > maxDepth ? maxDepth : saturate32(value); break;
+      // A negative node count or move time, or a move count below 1, means
+      // the word is absent; a depth beyond 99 searches to 99.
+      case WordNodes: if (value >= 0) request.nodeLimit = static_cast<uint64_t>(value); break;
+      case WordWtime: request.remaining[White] = clockSeconds(value); break;
+      case WordBtime: request.remaining[Black] = clockSeconds(value); break;
+      case WordWinc: request.increment[White] = clockSeconds(value); break;
+      case WordBinc: request.increment[Black] = clockSeconds(value); break;
+      case WordMovesToGo: request.movesToGo = value > 0 ? saturate32(value) : 0; break;
+      case WordMoveTime: request.moveTime = value > 0 ? saturate32(value) * 0.001 : 0.0; break;
+      case WordDepth: request.depth = value > deepestSearch ? deepestSearch : saturate32(value); break;
       default: break;
     }
   }
+}
+
+SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
+  if (request.depth > 0 || request.infiniteSearch)
+    return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth};
+  if (request.moveTime != 0.0) {
+    logPrintf("Time Left: %8.1f\n", request.moveTime);
+    return {request.moveTime, deepestSearch};
+  }
+  if (request.nodeLimit != noNodeLimit) return {yearSeconds, deepestSearch};
+  return {timeBudget(request.remaining[side], request.increment[side], request.movesToGo, request.depth, overhead),
+          deepestSearch};
+}
+
+void goCommand(char** tokens, int count) {
+  GoRequest request;
+  readGoWords(tokens, count, request);
+  nodeLimit = request.nodeLimit;
+  pondering = request.ponder ? 1 : 0;
 
   Position& root = gameStack[gameLength];
-  const int side = sideToMove(root);
-  double goal;
-  int searchDepth = maxDepth;
-  if (depth > 0 || infiniteSearch) {
-    goal = yearSeconds;
-    searchDepth = infiniteSearch ? maxDepth : depth;
-  } else if (moveTime != 0.0) {
-    logPrintf("Time Left: %8.1f\n", moveTime);
-    goal = moveTime;
-  } else if (nodeLimit != ~uint64_t{0}) {
-    goal = yearSeconds;
-  } else {
-    goal = timeBudget(remaining[side], increment[side], movesToGo, depth, moveOverheadMs * 0.001);
-  }
+  SearchPlan plan = planSearch(request, sideToMove(root), moveOverheadMs * 0.001);
 
   searchRunning = 1;
-  searchNeedsCommand = infiniteSearch || pondering;
-  think(root, goal, searchDepth, searchMoves);
+  searchNeedsCommand = request.infiniteSearch;
+  think(root, plan.goal, plan.maxDepth, request.searchMoves);
   searchRunning = 0;
   searchNeedsCommand = 0;
 }

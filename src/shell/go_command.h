@@ -7,16 +7,46 @@
 // Set while go runs its search; polls then refuse go, position and a new
 // hash table, which would pull the ground from under the search.
 extern int32_t searchRunning;
-// The running search ends only by a command (infinite or ponder): at the end
-// of input it is stopped as by "stop".
+// The running search is a go infinite: only a command ends it, so at the
+// end of input it is stopped as by "stop" (a ponder search too, until its
+// ponderhit).
 extern int32_t searchNeedsCommand;
 
-// tokens[0] is "go"; count includes it. Everything it needs from the tokens
-// is read before the search starts: the search polls, and the polls may
-// reuse the line's slot of the input ring.
-void goCommand(char** tokens, int count);
+constexpr int searchMovesCapacity = 2048;
+constexpr int deepestSearch = 99;  // the driver keeps 100 iterations
+
+// The words of one go line. Everything a search needs is copied out of the
+// line before the search starts: the search polls, and the polls may reuse
+// the line's slot of the input ring.
+struct GoRequest {
+  double remaining[2];  // seconds on the clock, by colour
+  double increment[2];
+  double moveTime;      // 0 when absent
+  int32_t movesToGo;    // 0 when absent
+  int32_t depth;        // 0 when absent; never above deepestSearch
+  bool infiniteSearch;
+  bool ponder;
+  uint64_t nodeLimit;   // all bits set when absent
+  char searchMoves[searchMovesCapacity];  // move texts, each followed by a blank
+};
+
+// tokens[0] is "go"; count includes it.
+void readGoWords(char** tokens, int count, GoRequest& request);
+
+struct SearchPlan {
+  double goal;   // seconds
+  int maxDepth;  // last iteration
+};
+
+// The kind of search a request asks for and its time goal, for the side to
+// move; a clock budget also sets hardTimePercent and writes its log line.
+SearchPlan planSearch(const GoRequest& request, int side, double overhead);
 
 // The goal in seconds for a clock situation, setting hardTimePercent where
 // the budget decides it: moves-to-go when movesToGo isn't 0, half the time
 // for a negative depth, else the game budget. Writes the budget's log line.
 double timeBudget(double timeLeft, double increment, int movesToGo, int depth, double overhead);
+
+// The whole command: reads the line, sets nodeLimit and pondering, and runs
+// the search on the current record of the game.
+void goCommand(char** tokens, int count);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -31,7 +32,11 @@ void lowerCase(char* text) {
   for (char* c = text; *c; ++c) *c = static_cast<char>(std::tolower(static_cast<unsigned char>(*c)));
 }
 
-int32_t toInteger(const char* text) { return static_cast<int32_t>(std::strtol(text, nullptr, 10)); }
+// A number beyond 32 bits saturates.
+int32_t toInteger(const char* text) {
+  long long value = std::strtoll(text, nullptr, 10);
+  return static_cast<int32_t>(std::clamp<long long>(value, INT32_MIN, INT32_MAX));
+}
 
 const EngineOption* findOption(const EngineOption* table, const char* name) {
   for (const EngineOption* row = table; row->name[0]; ++row)
@@ -78,6 +83,12 @@ void readOptionText(char** tokens, int count, OptionText& text) {
       appendWord(text.bookFileValue, sizeof text.bookFileValue, tokens[i], sizeof text.bookFileValue);
     }
   }
+}
+
+bool namesHashOption(char** tokens, int count) {
+  OptionText text;
+  readOptionText(tokens, count, text);
+  return std::strcmp(text.optionName + 1, "hash") == 0;
 }
 
 void setoptionCommand(char** tokens, int count) {

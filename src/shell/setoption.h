@@ -22,3 +22,6 @@ void readOptionText(char** tokens, int count, OptionText& text);
 // The whole command: reads the line, then sets the first option it matches,
 // or reports it as not recognized.
 void setoptionCommand(char** tokens, int count);
+
+// True when the line names the Hash option, read as the command reads it.
+bool namesHashOption(char** tokens, int count);

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <strings.h>
 
 #include "shell/engine_exit.h"
 #include "shell/go_command.h"
@@ -26,13 +25,6 @@ uint32_t commandHash(const char* word) {
 namespace {
 
 const char* checkText(int32_t value) { return value ? "true" : "false"; }
-
-// True for "setoption name Hash ...": a new table would pull the entries
-// from under a running search.
-bool setsHashOption(char** tokens, int count) {
-  return count >= 3 && std::strcmp(tokens[1], "name") == 0 && strcasecmp(tokens[2], "hash") == 0 &&
-         (count == 3 || std::strcmp(tokens[3], "value") == 0);
-}
 
 // A running search keeps its game, its table and its root: the client is
 // told, and the search goes on undisturbed.
@@ -73,7 +65,7 @@ void uciPoll() {
   if (!line) {
     // At the end of input a search that only a command can end is stopped,
     // so that it prints its bestmove and the engine can finish.
-    if (searchRunning && searchNeedsCommand && inputFinished(inputRing)) stopSearch = 1;
+    if (searchRunning && (searchNeedsCommand || pondering) && inputFinished(inputRing)) stopSearch = 1;
     return;
   }
   line[std::strcspn(line, "\f\n\r")] = '\0';
@@ -96,7 +88,8 @@ void uciPoll() {
       std::fflush(stdout);
       break;
     case hashSetOption:
-      if (setsHashOption(tokens, count) && refusedDuringSearch("setoption name Hash")) break;
+      // A new table would pull the entries from under a running search.
+      if (namesHashOption(tokens, count) && refusedDuringSearch("setoption name Hash")) break;
       setoptionCommand(tokens, count);
       break;
     case hashPosition:

@@ -47,6 +47,30 @@ TEST_F(Evaluate, ReferenceValues) {
   for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
 }
 
+TEST_F(Evaluate, SelfTestPositionsWorkedOutTermByTerm) {
+  // Values worked out term by term, apart from this code, for positions that
+  // the short reference list above leaves alone: passed pawns among pieces,
+  // rooks behind passers, attacks on an exposed king, threats, a pawn about
+  // to promote, two bishops against one.
+  struct Case {
+    const char* fen;
+    int value;
+  };
+  const Case cases[] = {
+      {"r4qnk/p1p5/5r1b/3P1b1p/2p2N2/2N4P/PP1QB3/2K2RR1 w - -", 117},
+      {"2k1r3/4rpBp/2p5/p2p4/8/1PPR4/Pb1K1PPP/3R4 w - -", 15},
+      {"1R5Q/5p1p/6p1/6k1/1P2r2P/4qPK1/6P1/8 b - -", -81},
+      {"1r6/5pk1/2pN4/2Pb2p1/1P4P1/5p2/5P1K/1R6 b - -", 34},
+      {"4rr2/4Nk1p/B2Pb1p1/2p1QN2/4p3/8/1PP2qPP/R3R2K b - -", -995},
+      {"2R2b1B/p3k3/1p2P3/5Pp1/1P2n3/P5P1/3r3p/7K w - -", -220},
+      {"8/R5K1/8/8/1p6/1k6/p6P/8 b - -", -75},
+      {"5n1k/6b1/1p3p1p/p1p1p1p1/2P1P1B1/P1Br2P1/5P1P/2R3K1 w - -", 11},
+      {"2b5/8/p1p5/1P3kpp/P1P5/3NK3/7P/8 b - -", -2},
+      {"6k1/5pp1/8/1P6/3N4/4P3/3N4/4K2r w - -", 112},
+  };
+  for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
+}
+
 TEST_F(Evaluate, BareKingsGiveTheTempoForEitherSide) {
   EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 w - -")), 4);
   EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 b - -")), 4);
@@ -104,7 +128,10 @@ std::string colourMirror(const std::string& fen) {
     return text;
   };
   std::string mirrored;
-  for (const std::string& rank : ranks) mirrored += (mirrored.empty() ? "" : "/") + swapCase(rank);
+  for (const std::string& rank : ranks) {
+    if (!mirrored.empty()) mirrored += '/';
+    mirrored += swapCase(rank);
+  }
   std::string rights = castling == "-" ? "-" : swapCase(castling);
   if (rights != "-")
     std::sort(rights.begin(), rights.end(),

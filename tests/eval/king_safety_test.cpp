@@ -122,6 +122,16 @@ TEST(AttackCount, SlidersCheckOverEmptyLines) {
   EXPECT_EQ(attackCountOf("6k1/8/8/8/8/8/8/Q3K3 w", White), 2 + 4 * 3);
 }
 
+TEST(AttackCount, ASliderGivingCheckCountsTheKingsSquareToo) {
+  evaltest::useEvaluationTables();
+  // The lines through a square hold the square itself, so the king's own
+  // square is a check square of a slider that already sees it: rook e1
+  // against the king on e8 has the ring square e7, e2 to e7 and e8 itself.
+  EXPECT_EQ(attackCountOf("4k3/8/8/8/8/8/8/K3R3 b", White), 3 + 3 + 7 * 3);
+  // A pawn on e4 blocks the file: no ring square and no checks at all.
+  EXPECT_EQ(attackCountOf("4k3/8/8/8/4P3/8/8/K3R3 b", White), 3);
+}
+
 TEST(AttackCount, QueenBesideTheKingWeighsEachCheckByTheExchange) {
   evaltest::useEvaluationTables();
   // The black knight covers g8, g6 and d5, and the queen shuts the long

@@ -331,7 +331,7 @@ TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZe
       std::remove(path.c_str());
     }
   } showErrors{errorPath};
-  EngineSession engine(TARVOK_ENGINE_PATH, errorPath.c_str());
+  EngineSession engine(TARVOK_ENGINE_PATH, {}, nullptr, errorPath.c_str());
   int goLines = 0;
   int readyChecks = 0;
   int oddIsReady = 0;  // lines such as "isready\r" that the engine reads as isready

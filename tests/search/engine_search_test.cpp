@@ -3,48 +3,14 @@
 
 #include <chrono>
 #include <regex>
-#include <sstream>
 #include <string>
 
 #include "../shell/engine_process.h"
 #include "../shell/engine_session.h"
-#include "board/fen.h"
-#include "board/make_move.h"
-#include "board/queries.h"
-#include "moves/generate.h"
+#include "../support/legal_moves.h"
+#include "../support/uci_lines.h"
 
 namespace {
-
-// Whether text is a legal move of the position, by the engine's own generator.
-bool isLegalMove(const char* fen, const std::string& text) {
-  Position position, child;
-  parseFen(position, fen);
-  Move list[maxGeneratedMoves];
-  int count = generateAllMoves(position, list);
-  char moveText[8];
-  for (int i = 0; i < count; ++i) {
-    moveToText(list[i], moveText);
-    if (text != moveText) continue;
-    makeMove(position, child, list[i]);
-    return !kingAttacked(child, sideToMove(position));
-  }
-  return false;
-}
-
-std::string lastLineStartingWith(const std::string& output, const std::string& prefix) {
-  std::istringstream lines(output);
-  std::string found;
-  for (std::string line; std::getline(lines, line);)
-    if (line.compare(0, prefix.size(), prefix) == 0) found = line;
-  return found;
-}
-
-std::string wordAfter(const std::string& line, const std::string& word) {
-  std::istringstream words(line);
-  for (std::string w; words >> w;)
-    if (w == word && words >> w) return w;
-  return "";
-}
 
 TEST(EngineSearch, DepthSearchReportsEachIterationAndALegalBestMove) {
   ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "position startpos\ngo depth 7\n", 60.0);
@@ -86,6 +52,32 @@ TEST(EngineSearch, FindsMatesAndReportsTheirDistance) {
     }
     EXPECT_TRUE(isLegalMove(test.fen, best)) << test.fen;
   }
+}
+
+// The final iteration line without its time and speed, which vary.
+std::string resultOf(const std::string& output) {
+  std::string line = lastLineStartingWith(output, "info depth 8 time");
+  return wordAfter(line, "nodes") + " " + wordAfter(line, "score") + " " + line.substr(line.find(" pv "));
+}
+
+TEST(EngineSearch, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearches) {
+  const std::string search = "setoption name deterministic value true\n"
+                             "position fen r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -\n"
+                             "go depth 8\n";
+  ProcessResult first = runProgram(TARVOK_ENGINE_PATH, {}, search, 60.0);
+  ProcessResult fresh = runProgram(TARVOK_ENGINE_PATH, {}, search, 60.0);
+  ASSERT_NE(lastLineStartingWith(first.standardOutput, "info depth 8 time"), "");
+  EXPECT_EQ(resultOf(first.standardOutput), resultOf(fresh.standardOutput));
+
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("setoption name deterministic value true");
+  engine.send("position startpos moves d2d4 g8f6");
+  engine.send("go depth 7");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  engine.send("position fen r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -");
+  engine.send("go depth 8");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  EXPECT_EQ(resultOf(engine.transcript), resultOf(first.standardOutput));
 }
 
 TEST(EngineSearch, AnswersReadyStopsAtOnceAndQuitsInsideASearch) {

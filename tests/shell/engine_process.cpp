@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments,
-                         const std::string& input, double timeLimitSeconds) {
+                         const std::string& input, double timeLimitSeconds, const char* workingDirectory) {
   ProcessResult result{"", "", -1, false};
   int in[2], out[2], err[2];
   if (pipe(in) || pipe(out) || pipe(err)) return result;
@@ -18,6 +18,7 @@ ProcessResult runProgram(const char* path, const std::vector<std::string>& argum
     dup2(out[1], 1);
     dup2(err[1], 2);
     for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]}) close(fd);
+    if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     std::vector<char*> argv;
     argv.push_back(const_cast<char*>(path));
     for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));

@@ -12,5 +12,7 @@ struct ProcessResult {
   bool timedOut;   // killed after the time limit
 };
 
+// The program runs in workingDirectory if one is given, else in the caller's.
 ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments,
-                         const std::string& input, double timeLimitSeconds = 10.0);
+                         const std::string& input, double timeLimitSeconds = 10.0,
+                         const char* workingDirectory = nullptr);

@@ -15,7 +15,11 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 
 }  // namespace
 
-EngineSession::EngineSession(const char* path, const char* errorPath) {
+EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments,
+                             const char* workingDirectory, const char* errorPath) {
+  std::vector<char*> argv{const_cast<char*>(path)};
+  for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
   int in[2], out[2];
   if (pipe(in) || pipe(out)) return;
   child_ = fork();
@@ -25,7 +29,8 @@ EngineSession::EngineSession(const char* path, const char* errorPath) {
     int errorFile = open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644);
     dup2(errorFile, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
-    execl(path, path, static_cast<char*>(nullptr));
+    if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
+    execv(path, argv.data());
     _exit(127);
   }
   close(in[0]);

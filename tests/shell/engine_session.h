@@ -3,13 +3,15 @@
 #pragma once
 
 #include <string>
+#include <vector>
 #include <sys/types.h>
 
 class EngineSession {
  public:
-  // The engine's standard error goes to errorPath (appended to), by default
-  // nowhere.
-  explicit EngineSession(const char* path, const char* errorPath = "/dev/null");
+  // The engine runs in workingDirectory if one is given, else in the caller's;
+  // its standard error goes to errorPath (appended to), by default nowhere.
+  explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {},
+                         const char* workingDirectory = nullptr, const char* errorPath = "/dev/null");
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;

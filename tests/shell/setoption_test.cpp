@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -82,6 +83,23 @@ TEST(OptionText, OverlongTextsAreCutToTheirBuffers) {
   EXPECT_EQ(text.bookFile.substr(0, 23), "ABCDEFGHIJK ABCDEFGHIJK");
 }
 
+bool namesHash(const std::string& line) {
+  std::vector<char> text(line.begin(), line.end());
+  text.push_back('\0');
+  std::vector<char*> tokens(text.size() / 2 + 1);
+  int count = tokenise(text.data(), tokens.data());
+  return namesHashOption(tokens.data(), count);
+}
+
+TEST(OptionText, HashIsRecognisedAsTheCommandReadsTheName) {
+  EXPECT_TRUE(namesHash("setoption name Hash value 16"));
+  EXPECT_TRUE(namesHash("setoption name HASH"));
+  EXPECT_TRUE(namesHash("setoption now name hash value 1")) << "words before name are ignored";
+  EXPECT_FALSE(namesHash("setoption name Hash Size value 16"));
+  EXPECT_FALSE(namesHash("setoption name Book File value hash"));
+  EXPECT_FALSE(namesHash("setoption value 16 hash"));
+}
+
 TEST_F(SetOption, CheckOptionIgnoresCaseOfNameAndValue) {
   send("setoption name USE LMR value FALSE");
   EXPECT_EQ(useLmr, 0);
@@ -108,6 +126,10 @@ TEST_F(SetOption, SpinOptionTakesAnyNumberAndNothingAsZero) {
   EXPECT_EQ(kingSafetyAggressiveness, -3);
   send("setoption name Red depth threshold");
   EXPECT_EQ(redDepthThreshold, 0);
+  send("setoption name Drawscore value 99999999999");
+  EXPECT_EQ(drawScore, INT32_MAX) << "numbers beyond 32 bits saturate";
+  send("setoption name Drawscore value -99999999999");
+  EXPECT_EQ(drawScore, INT32_MIN);
   EXPECT_EQ(output, "");
 }
 

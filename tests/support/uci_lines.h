@@ -1,0 +1,27 @@
+// Reading the engine's answers line by line and word by word.
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+inline std::vector<std::string> linesStartingWith(const std::string& output, const std::string& prefix) {
+  std::istringstream lines(output);
+  std::vector<std::string> found;
+  for (std::string line; std::getline(lines, line);)
+    if (line.compare(0, prefix.size(), prefix) == 0) found.push_back(line);
+  return found;
+}
+
+inline std::string lastLineStartingWith(const std::string& output, const std::string& prefix) {
+  std::vector<std::string> found = linesStartingWith(output, prefix);
+  return found.empty() ? "" : found.back();
+}
+
+// The word behind the first occurrence of word in line, or "".
+inline std::string wordAfter(const std::string& line, const std::string& word) {
+  std::istringstream words(line);
+  for (std::string w; words >> w;)
+    if (w == word && words >> w) return w;
+  return "";
+}

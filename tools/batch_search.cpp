@@ -1,0 +1,56 @@
+#include "batch_search.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "board/keys.h"
+#include "eval/tables.h"
+#include "search/hash_table.h"
+#include "shell/options.h"
+#include "shell/search_flags.h"
+
+namespace {
+
+void removeArguments(int& argc, char** argv, int at, int count) {
+  for (int i = at; i + count < argc; ++i) argv[i] = argv[i + count];
+  argc -= count;
+}
+
+}  // namespace
+
+bool takeSeedOption(int& argc, char** argv, uint64_t& seed) {
+  for (int i = 0; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--seed") != 0) continue;
+    char* end = nullptr;
+    errno = 0;
+    uint64_t value = i + 1 < argc ? std::strtoull(argv[i + 1], &end, 0) : 0;
+    if (i + 1 >= argc || end == argv[i + 1] || *end != 0 || errno != 0) {
+      std::fprintf(stderr, "--seed needs a number\n");
+      return false;
+    }
+    seed = value;
+    removeArguments(argc, argv, i, 2);
+    return true;
+  }
+  return true;
+}
+
+bool takeFlag(int& argc, char** argv, const char* flag) {
+  for (int i = 0; i < argc; ++i) {
+    if (std::strcmp(argv[i], flag) != 0) continue;
+    removeArguments(argc, argv, i, 1);
+    return true;
+  }
+  return false;
+}
+
+void prepareBatchSearch(uint64_t seed) {
+  // Every key-derived value is made later, from parseFen on; the evaluation
+  // caches are keyed by hashKey and pawnKey, so they start after the keys.
+  initKeys(seed);
+  batchMode = 1;
+  initEvaluation();
+  if (hashSizeMb != 0 && hashTable.buckets == nullptr) hashAllocate(hashSizeMb);
+}
