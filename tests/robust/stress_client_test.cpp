@@ -186,8 +186,10 @@ struct StressClient {
   }
 
   std::string setoptionLine() {
-    static const char* const hashValues[] = {"-1", "0", "1", "2", "4", "16", "x", "", "99999999999999999999",
-                                             "4294967297", "1e3", "0x10", "  8"};
+    // Sizes the machine can give: a size beyond memory is a deliberate stop
+    // with "Hash table too big", tested on its own.
+    static const char* const hashValues[] = {"-1", "0", "1", "2", "4", "16", "x", "", "-99999999999999999999",
+                                             "-4294967297", "1e3", "0x10", "  8", "17"};
     static const char* const spinNames[] = {"Red depth threshold", "King Safety Aggressiveness", "Drawscore",
                                             "red DEPTH threshold", "KING SAFETY AGGRESSIVENESS"};
     static const char* const spinValues[] = {"0", "-1", "5", "100", "1000", "-1000", "2147483647", "-2147483648",
