@@ -6,6 +6,7 @@
 
 #include "board/keys.h"
 #include "board/queries.h"
+#include "shell/engine_exit.h"
 #include "shell/log.h"
 
 namespace {
@@ -86,8 +87,7 @@ void parseFen(Position& position, const char* text) {
   } else if (*colourField == 'b') {
     p.ctm = 1;
   } else {
-    std::fprintf(stderr, "Error in ctm for fen \"%s\"", buffer);
-    std::exit(1);
+    fatalExit("Error in ctm for fen \"%s\"", buffer);
   }
 
   const char* castling = colourField;

@@ -6,6 +6,7 @@
 
 #include "board/keys.h"
 #include "eval/endgames.h"
+#include "shell/engine_exit.h"
 
 const EndingDefinition endingList[30] = {
     {"", 0.0, 0, nullptr},
@@ -58,10 +59,7 @@ namespace {
 
 void enterEnding(uint64_t key, const EndingDefinition& definition, int32_t correction) {
   EndingRow& row = endingTable[key & (endingTableSize - 1)];
-  if (row.tag != -1) {
-    std::fputs("Hash conflict in ending tables\n", stderr);
-    std::exit(1);
-  }
+  if (row.tag != -1) fatalExit("Hash conflict in ending tables\n");
   row = {key, 1, definition.factor, correction, definition.handler};
 }
 

@@ -1,5 +1,7 @@
 #include "eval/tables.h"
 
+#include <algorithm>
+
 #include "eval/endings.h"
 #include "eval/geometry.h"
 #include "eval/kpk.h"
@@ -167,7 +169,8 @@ void initEvaluation() {
     fixedTablesBuilt = true;
   }
   buildEndingTable();
-  int32_t ksa = kingSafetyAggressiveness;
+  // Beyond its announced 0 to 10 the option acts as the nearer end; it keeps the value it was given.
+  int32_t ksa = std::clamp(kingSafetyAggressiveness, 0, 10);
   buildKingDangerTables(ksa);
   buildCountTables();
   buildTempoShelterStorm(ksa);

@@ -9,6 +9,7 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
+#include "shell/engine_exit.h"
 #include "shell/log.h"
 #include "shell/options.h"
 
@@ -25,19 +26,14 @@ struct BookRecord {
   uint16_t weight;
 };
 
-[[noreturn]] void bookFailure(const char* text) {
-  std::fputs(text, stderr);
-  std::exit(1);
-}
-
 // Reads the record at index. A short read is a failure, unless endAllowed and
 // the stream stands at the end of the file: then it returns false.
 bool readRecordAt(long index, BookRecord& record, bool endAllowed) {
-  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) bookFailure("Error with fseek opening book\n");
+  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) fatalExit("Error with fseek opening book\n");
   unsigned char bytes[16];
   if (std::fread(bytes, 1, 16, bookFile) != 16) {
     if (endAllowed && std::feof(bookFile) && !std::ferror(bookFile)) return false;
-    bookFailure("Error with fread opening book\n");
+    fatalExit("Error with fread opening book\n");
   }
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
@@ -55,7 +51,7 @@ BookRecord readRecord(long index) {
 }
 
 long recordCount() {
-  if (std::fseek(bookFile, 0, SEEK_END) != 0) bookFailure("Error with fseek opening book\n");
+  if (std::fseek(bookFile, 0, SEEK_END) != 0) fatalExit("Error with fseek opening book\n");
   long length = std::ftell(bookFile);
   return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
 }

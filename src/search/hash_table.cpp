@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "shell/engine_exit.h"
 #include "search/search_trace.h"
 
 static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
@@ -32,10 +33,7 @@ void hashAllocate(int32_t sizeMb) {
   uint64_t bytes = count * sizeof(HashBucket);
   // Buckets are aligned to their own size, so that a probe touches one cache line.
   void* memory = std::aligned_alloc(sizeof(HashBucket), bytes);
-  if (memory == nullptr) {
-    std::fputs("Hash table too big\n", stderr);
-    std::exit(1);
-  }
+  if (memory == nullptr) fatalExit("Hash table too big\n");
   std::memset(memory, 0, bytes);
   hashTable.bucketCount = count;
   hashTable.mask = count - 1;

@@ -12,6 +12,12 @@ extern Position gameStack[gameStackSize];
 extern int32_t gameLength;  // index of the current record
 
 // Why a position can't be a game's root, or null if it can: each side needs
-// exactly one king, no pawn on the first or last rank, at most 16 pieces a
-// side, and the side not to move must not be in check.
+// exactly one king, no pawn on the first or last rank, at most 16 pieces and
+// 8 pawns a side and no more pieces than promotions could give, and the side
+// not to move must not be in check.
 const char* positionDefect(const Position& position);
+
+// Takes away the castling rights whose king or rook isn't at home, and an
+// en-passant square that follows no double step the board shows, keys
+// included: a FEN that names them gets the position without them.
+void dropUnfitRights(Position& position);

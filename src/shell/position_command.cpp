@@ -7,9 +7,11 @@
 #include <cstring>
 
 #include "board/fen.h"
+#include "board/keys.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
+#include "shell/engine_exit.h"
 #include "shell/game.h"
 #include "shell/log.h"
 
@@ -21,10 +23,50 @@ const char* positionDefect(const Position& position) {
   for (int colour = White; colour <= Black; ++colour) {
     if (popCount(position.pieces[colour][King]) != 1) return "each side needs exactly one king";
     if (popCount(position.pieces[colour][0]) > 16) return "a side has more than 16 pieces";
+    // The evaluation's tables end where legal play ends: eight pawns, and no
+    // more pieces than the missing pawns could have promoted to.
+    const int pawns = popCount(position.pieces[colour][Pawn]);
+    int promoted = 0;
+    for (int piece = Knight; piece <= Queen; ++piece) {
+      const int extra = popCount(position.pieces[colour][piece]) - (piece == Queen ? 1 : 2);
+      if (extra > 0) promoted += extra;
+    }
+    if (pawns > 8) return "a side has more than 8 pawns";
+    if (promoted > 8 - pawns) return "a side has more pieces than promotions could give";
   }
   if ((position.pieces[White][Pawn] | position.pieces[Black][Pawn]) & backRanks) return "a pawn stands on the first or last rank";
   if (kingInAttackMap(position, sideToMove(position) ^ 1)) return "the side not to move is in check";
   return nullptr;
+}
+
+void dropUnfitRights(Position& position) {
+  Position& p = position;
+  // A right stays only while its king and its rook stand at home: making a
+  // castling move moves them without looking.
+  const Bitboard home[6] = {p.pieces[White][King] & squareBit(4), p.pieces[White][Rook] & squareBit(7),
+                            p.pieces[White][Rook] & squareBit(0), p.pieces[Black][King] & squareBit(60),
+                            p.pieces[Black][Rook] & squareBit(63), p.pieces[Black][Rook] & squareBit(56)};
+  const Square homeSquare[6] = {4, 7, 0, 60, 63, 56};
+  Bitboard moved = p.moved;
+  for (int i = 0; i < 6; ++i)
+    if (!home[i]) moved |= squareBit(homeSquare[i]);
+  p.hashKey ^= castleKeys[castlingIndex(p.moved)] ^ castleKeys[castlingIndex(moved)];
+  p.moved = moved;
+
+  if (!p.epBit) return;
+  // The capture en passant takes a pawn that has just crossed the target
+  // square: that pawn and the two empty squares behind it must be there.
+  const int mover = sideToMove(p);
+  const Square target = lowestSquare(p.epBit);
+  const Square pawn = mover == White ? target - 8 : target + 8;
+  const Square origin = mover == White ? target + 8 : target - 8;
+  const Bitboard occupied = p.pieces[White][0] | p.pieces[Black][0];
+  if (rankOfSquare(target) == (mover == White ? 5 : 2) && (p.pieces[mover ^ 1][Pawn] & squareBit(pawn)) &&
+      !(occupied & (squareBit(target) | squareBit(origin))))
+    return;
+  p.hashKey ^= enPassantKey(target);
+  p.epBit = 0;
+  p.lastMove = 0;
 }
 
 void setUpStartPosition() {
@@ -83,12 +125,12 @@ void positionCommand(char** tokens, int count) {
       used += std::snprintf(fen + used, sizeof fen - used, i == 2 ? "%s" : " %s", tokens[i]);
     scanFrom = 5;
   } else {
-    std::fputs("Error here!\n", stderr);
-    std::exit(1);
+    fatalExit("Error here!\n");
   }
 
   Position root;
   parseFen(root, fen);
+  dropUnfitRights(root);
   if (const char* defect = positionDefect(root)) {
     std::printf("info string position refused: %s\n", defect);
     std::fflush(stdout);

@@ -7,6 +7,7 @@
 
 #include "board/fen.h"
 #include "search/think.h"
+#include "shell/engine_exit.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
@@ -84,10 +85,7 @@ void searchTestRow(int row, char* fen) {
   std::memcpy(copy, testFens[row], sizeof copy);
   copy[sizeof copy - 1] = 0;
   int count = tokenise(copy, tokens);
-  if (count < 4) {
-    std::fputs("Error in data structure\n", stderr);
-    std::exit(1);
-  }
+  if (count < 4) fatalExit("Error in data structure\n");
   std::snprintf(fen, 160, "%s %s %s %s", tokens[0], tokens[1], tokens[2], tokens[3]);
   searchBatchPosition(fen, testSearchDepth);
 }

@@ -9,6 +9,7 @@
 #include "search/book.h"
 #include "search/hash_table.h"
 #include "shell/command_line.h"
+#include "shell/engine_exit.h"
 #include "shell/input_ring.h"
 #include "shell/log.h"
 #include "shell/options.h"
@@ -54,7 +55,7 @@ void runUciLoop() {
     uciPoll();
     // At the end of standard input the engine finishes every line it was
     // given and then leaves as if told quit.
-    if (inputFinished(inputRing)) std::exit(0);
+    if (inputFinished(inputRing)) quitEngine();
     sleepOneMillisecond();
   }
 }

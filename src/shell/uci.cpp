@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "shell/engine_exit.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
 #include "shell/log.h"
@@ -106,7 +107,7 @@ void uciPoll() {
       pondering = 0;
       break;
     case hashQuit:
-      std::exit(0);
+      quitEngine();
     default:
       break;
   }

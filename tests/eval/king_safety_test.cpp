@@ -140,4 +140,15 @@ TEST(AttackCount, QueenBesideTheKingWeighsEachCheckByTheExchange) {
   EXPECT_EQ(attackCountOf("6k1/4nQ2/8/8/8/8/8/K7 b", White), 2 + 12 + 1 + 1 + 1);
 }
 
+TEST(AttackCount, ACrowdOfQueensPastTheLastRowKeepsIt) {
+  evaltest::useEvaluationTables();
+  // Nine queens two steps from a bare king, as many as a game can have: the
+  // count runs past the table's 128 rows, and the score stays at the last one.
+  const char* crowd = "8/2QQQQQ1/2Q3Q1/2Q1k1Q1/8/8/8/K7 w";
+  const int count = attackCountOf(crowd, White);
+  EXPECT_GT(count, 127);
+  const ScorePair last = kingDanger[127];
+  expectPair(kingAttackScore(count), scorePairOpen(last), scorePairEnd(last));
+}
+
 }  // namespace

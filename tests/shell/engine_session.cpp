@@ -16,7 +16,7 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 }  // namespace
 
 EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments,
-                             const char* workingDirectory) {
+                             const char* workingDirectory, const char* errorPath) {
   std::vector<char*> argv{const_cast<char*>(path)};
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
@@ -26,8 +26,8 @@ EngineSession::EngineSession(const char* path, const std::vector<std::string>& a
   if (child_ == 0) {
     dup2(in[0], 0);
     dup2(out[1], 1);
-    int devNull = open("/dev/null", 1);
-    dup2(devNull, 2);
+    int errorFile = open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644);
+    dup2(errorFile, 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
     if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     execv(path, argv.data());

@@ -8,9 +8,10 @@
 
 class EngineSession {
  public:
-  // The engine runs in workingDirectory if one is given, else in the caller's.
+  // The engine runs in workingDirectory if one is given, else in the caller's;
+  // its standard error goes to errorPath (appended to), by default nowhere.
   explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {},
-                         const char* workingDirectory = nullptr);
+                         const char* workingDirectory = nullptr, const char* errorPath = "/dev/null");
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;

@@ -1,0 +1,147 @@
+#include "harness.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "eval/tables.h"
+#include "moves/picker.h"
+#include "search/book.h"
+#include "search/hash_table.h"
+#include "search/reductions.h"
+#include "shell/go_command.h"
+#include "shell/input_ring.h"
+#include "shell/log.h"
+#include "shell/options.h"
+#include "shell/position_command.h"
+#include "shell/search_flags.h"
+#include "shell/setoption.h"
+#include "shell/tokenise.h"
+#include "shell/uci.h"
+
+namespace {
+
+constexpr int harnessHashMb = 1;
+constexpr int largestHashMb = 16;
+constexpr int batchLines = 100;  // well below the 127 unread lines the ring holds
+
+constexpr int optionCount = 12;
+int32_t* const optionVariables[optionCount] = {
+    &useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold, &kingSafetyAggressiveness,
+    &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook, &multiPv, &ponderOption};
+int32_t defaultOptions[optionCount];
+char defaultBookFile[sizeof bookFileName];
+
+bool startsWithWord(const std::string& line, const char* word) {
+  char copy[slotBytes];
+  std::snprintf(copy, sizeof copy, "%s", line.c_str());
+  copy[std::strcspn(copy, "\f\n\r")] = 0;
+  char* tokens[slotBytes / 2 + 1];
+  return tokenise(copy, tokens) > 0 && std::strcmp(tokens[0], word) == 0;
+}
+
+void serveBatch(std::vector<std::string>& batch, bool hasGo) {
+  if (hasGo) batch.push_back("stop\n");
+  for (const std::string& line : batch) storeInputLine(inputRing, line.c_str());
+  batch.clear();
+  while (inputRing.readIndex != inputRing.writeIndex) uciPoll();
+}
+
+}  // namespace
+
+void prepareEngine() {
+  int devNull = open("/dev/null", O_WRONLY);
+  dup2(devNull, 1);
+  close(devNull);
+  logFile = std::fopen("/dev/null", "w");
+  hashSizeMb = harnessHashMb;
+  for (int i = 0; i < optionCount; ++i) defaultOptions[i] = *optionVariables[i];
+  std::memcpy(defaultBookFile, bookFileName, sizeof bookFileName);
+  initEvaluation();
+  buildReductionTables();
+  hashAllocate(hashSizeMb);
+  openBook();
+}
+
+void resetEngine() {
+  bool changed = false;
+  for (int i = 0; i < optionCount; ++i)
+    if (*optionVariables[i] != defaultOptions[i]) {
+      *optionVariables[i] = defaultOptions[i];
+      changed = true;
+    }
+  bool bookChanged = std::memcmp(bookFileName, defaultBookFile, sizeof bookFileName) != 0;
+  std::memcpy(bookFileName, defaultBookFile, sizeof bookFileName);
+  if (changed) {
+    initEvaluation();
+    buildReductionTables();
+  }
+  if (changed || hashTable.buckets == nullptr || hashTable.bucketCount != hashBucketCount(harnessHashMb))
+    hashAllocate(hashSizeMb);
+  if (changed || bookChanged || bookFile) openBook();
+  // The tables a search learns from start empty, so that an input behaves
+  // the same way whatever ran before it.
+  hashClear();
+  std::memset(history, 0, sizeof history);
+
+  stopSearch = 0;
+  pondering = 0;
+  pollingHeld = 0;
+  nodeLimit = ~uint64_t{0};
+  searchRunning = 0;
+  searchNeedsCommand = 0;
+  startPositionPending = 1;
+  inputRing.readIndex = 0;
+  inputRing.writeIndex = 0;
+  inputRing.inputEnded = 1;
+}
+
+std::vector<std::string> readerLines(const uint8_t* data, size_t size) {
+  std::vector<std::string> lines;
+  std::string line;
+  for (size_t i = 0; i < size; ++i) {
+    line.push_back(static_cast<char>(data[i]));
+    if (data[i] == '\n' || line.size() == static_cast<size_t>(readLimit - 1)) {
+      lines.push_back(line);
+      line.clear();
+    }
+  }
+  if (!line.empty()) lines.push_back(line);
+  return lines;
+}
+
+std::string withSmallHash(const std::string& line) {
+  if (!startsWithWord(line, "setoption")) return line;
+  char copy[slotBytes];
+  std::snprintf(copy, sizeof copy, "%s", line.c_str());
+  copy[std::strcspn(copy, "\f\n\r")] = 0;
+  char* tokens[slotBytes / 2 + 1];
+  int count = tokenise(copy, tokens);
+  static OptionText text;
+  readOptionText(tokens, count, text);
+  if (std::strcmp(text.optionName + 1, "hash") != 0) return line;
+  int32_t asked = static_cast<int32_t>(std::strtol(text.optionValue + 1, nullptr, 10));
+  return asked > largestHashMb ? "setoption name Hash value 16\n" : line;
+}
+
+int serveLines(const std::vector<std::string>& lines) {
+  std::vector<std::string> batch;
+  bool hasGo = false;
+  try {
+    for (const std::string& line : lines) {
+      batch.push_back(withSmallHash(line));
+      hasGo = hasGo || startsWithWord(line, "go");
+      if (static_cast<int>(batch.size()) >= batchLines) {
+        serveBatch(batch, hasGo);
+        hasGo = false;
+      }
+    }
+    serveBatch(batch, hasGo);
+  } catch (const EngineExit& exit) {
+    return exit.code;
+  }
+  return -1;
+}

@@ -1,0 +1,41 @@
+// What the fuzz targets share: the engine prepared once per process and put
+// back into one known state before each input, lines fed to it through its
+// own input ring, and its fatal stops and quit turned into an exception that
+// comes back to the target (engine_exit_unwind.cpp stands in for the
+// engine's own exits in these builds).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Thrown where the engine would end the process: code 1 for a fatal stop,
+// 0 for quit.
+struct EngineExit {
+  int code;
+};
+
+// Once per process: evaluation tables, a 1 MB hash table, a log that goes
+// to /dev/null (so that every log line is formatted), standard output to
+// /dev/null, and the defaults that resetEngine restores.
+void prepareEngine();
+
+// Before each input: options back to their defaults (tables rebuilt if any
+// changed), an empty hash table and history, the start position as the
+// game, the flags of a fresh engine, an empty ring whose input has ended.
+void resetEngine();
+
+// The input cut into lines as the engine's reader cuts standard input:
+// at line feeds, and a piece of at most 8190 bytes where a line is longer.
+std::vector<std::string> readerLines(const uint8_t* data, size_t size);
+
+// A setoption line that asks for more than 16 MB of hash asks for 16: the
+// fuzzer's memory is the limit here, not the engine's.
+std::string withSmallHash(const std::string& line);
+
+// Stores the lines in the ring in batches and runs uciPoll until each batch
+// is served. A batch that holds a go ends with a stop, so that every search
+// ends within its first poll after the batch's own lines. Returns the exit
+// code if the engine would have ended, else -1.
+int serveLines(const std::vector<std::string>& lines);
