@@ -44,8 +44,10 @@ int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
   if (s >= 0) return rest + (int64_t{1} << s);
   switch (negativePowerReading) {
     case NegativePowerReading::Zero: return rest;
-    case NegativePowerReading::NeverFires: return INT64_MIN / 2;
-    case NegativePowerReading::AlwaysFires: return INT64_MAX / 2;
+    // The move is pruned when beta exceeds the limit: a huge limit never lets
+    // that happen, a hugely negative one always does.
+    case NegativePowerReading::NeverFires: return INT64_MAX / 2;
+    case NegativePowerReading::AlwaysFires: return INT64_MIN / 2;
     case NegativePowerReading::Wrapped32: {
       uint32_t term = uint32_t{1} << (static_cast<uint32_t>(s) & 31);
       return static_cast<int32_t>(static_cast<uint32_t>(rest) + term);
