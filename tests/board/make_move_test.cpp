@@ -11,8 +11,10 @@
 #include "../support/position_recount.h"
 #include "board/fen.h"
 #include "board/keys.h"
+#include "board/queries.h"
 #include "eval/piece_square.h"
 #include "eval/score_pair.h"
+#include "moves/generate.h"
 #include "shell/log.h"
 #include "shell/search_flags.h"
 
@@ -68,6 +70,55 @@ TEST_F(MakeMove, AGameWithEveryKindOfMoveKeepsAllSumsExact) {
   EXPECT_EQ(line[16].capturedPiece, Knight);
   // The last record matches the same position read from its FEN.
   EXPECT_EQ(end.hashKey, keyOf("k2r1b1r/p1pb1ppp/4Pn2/1B6/1q6/5N2/PPP2PPP/RNBQ1RK1 b - -"));
+}
+
+// Walks every legal path of a small perft and counts, at every node, the
+// records whose incremental keys or scores differ from a recount.
+struct PathWalk {
+  uint64_t nodes = 0;
+  uint64_t wrong = 0;
+  void walk(const Position& position, int depth) {
+    ++nodes;
+    recount::Counts counts = recount::countFromScratch(position);
+    if (position.hashKey != counts.hashKey || position.pawnKey != counts.pawnKey ||
+        position.materialKey != counts.materialKey || position.pstScore != counts.pstScore ||
+        position.phase != counts.phase)
+      ++wrong;
+    if (depth == 0) return;
+    Move list[maxGeneratedMoves];
+    int count = generateAllMoves(position, list);
+    Position child;
+    for (int i = 0; i < count; ++i) {
+      makeMove(position, child, list[i]);
+      if (kingAttacked(child, position.ctm)) continue;
+      walk(child, depth - 1);
+    }
+  }
+};
+
+TEST_F(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
+  struct Case {
+    const char* fen;
+    int depth;
+    uint64_t nodes;  // all nodes of the tree, the root included
+  };
+  // Castling both ways with pins; promotions, under-promotions and captures
+  // on the eighth rank; en passant with a pinned pawn on the rank.
+  const Case cases[] = {
+      {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -", 3, 1 + 48 + 2039 + 97862},
+      {"r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1", 3, 1 + 6 + 264 + 9467},
+      {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", 4, 1 + 14 + 191 + 2812 + 43238},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.fen);
+    Position root;
+    parseFen(root, c.fen);
+    fillRootScores(root);
+    PathWalk walk;
+    walk.walk(root, c.depth);
+    EXPECT_EQ(walk.nodes, c.nodes);
+    EXPECT_EQ(walk.wrong, 0u);
+  }
 }
 
 TEST_F(MakeMove, PromotionsChangePhaseByTheNewPiece) {
