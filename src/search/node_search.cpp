@@ -34,9 +34,10 @@ constexpr Bitboard sixthRank[2] = {0x0000ff0000000000ULL, 0x0000000000ff0000ULL}
 
 // How the futility limit reads 2^s when s is negative (nodeParity 1 with
 // newDepth 4 or 5). The choices: the term is 0; so large that the test never
-// fires; so negative that it always fires; or what a 32-bit shift by s & 31
-// gives, with the sum wrapped to 32 bits.
-enum class NegativePowerReading { Zero, NeverFires, AlwaysFires, Wrapped32 };
+// fires; so negative that it always fires; what a 32-bit shift by s & 31
+// gives, with the sum wrapped to 32 bits; or that shift taken as a signed
+// 32-bit term in a sum that doesn't wrap (2^30 never fires, -2^31 always).
+enum class NegativePowerReading { Zero, NeverFires, AlwaysFires, Wrapped32, Shifted32Unwrapped };
 constexpr NegativePowerReading negativePowerReading = NegativePowerReading::Wrapped32;
 
 int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
@@ -52,6 +53,8 @@ int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
       uint32_t term = uint32_t{1} << (static_cast<uint32_t>(s) & 31);
       return static_cast<int32_t>(static_cast<uint32_t>(rest) + term);
     }
+    case NegativePowerReading::Shifted32Unwrapped:
+      return rest + static_cast<int32_t>(uint32_t{1} << (static_cast<uint32_t>(s) & 31));
   }
   return rest;
 }
