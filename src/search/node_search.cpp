@@ -233,9 +233,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
 
     // 13.5
-    makeMove(position, child, move);
-    if (kingAttacked(child, us)) continue;
-    child.inCheck = kingAttacked(child, them);
+    if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
 
     int value;

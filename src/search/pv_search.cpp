@@ -96,9 +96,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
 
-    makeMove(position, child, move);
-    if (kingAttacked(child, us)) continue;
-    child.inCheck = kingAttacked(child, them);
+    if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
 
     int value;

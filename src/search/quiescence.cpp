@@ -85,9 +85,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
       if (depth < -16 && to != moveTo(position.lastMove)) { ++searchTrace.quietRecaptureSkips; continue; }
     }
 
-    makeMove(position, child, move);
-    if (kingAttacked(child, us)) continue;
-    child.inCheck = kingAttacked(child, them);
+    if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
 
     int value;

@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 
+#include "board/make_move.h"
+#include "board/queries.h"
 #include "board/types.h"
 #include "search/hash_table.h"
 
@@ -13,6 +15,16 @@ inline int pieceCodeOn(const Position& position, int colour, Square s) {
   for (int piece = Pawn; piece <= King; ++piece)
     if (position.pieces[colour][piece] & bit) return piece;
   return NoPiece;
+}
+
+// Makes the move into child and tells whether it is legal, that is whether the
+// mover's king is safe afterwards. A legal child learns whether it is in check,
+// which makeMove leaves to its caller.
+inline bool makeLegalChild(const Position& position, Position& child, Move move, int us) {
+  makeMove(position, child, move);
+  if (kingAttacked(child, us)) return false;
+  child.inCheck = kingAttacked(child, us ^ 1);
+  return true;
 }
 
 // A stored bound sharpens the static value; mate scores are left out.
