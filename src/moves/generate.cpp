@@ -332,6 +332,32 @@ int generateCaptures(const Position& position, Move* list) {
   return static_cast<int>(out - list);
 }
 
+namespace {
+
+// Moves of the knights, bishops, rooks, queens and the king, in that order and
+// each kind from the lowest square up, to the squares of targets.
+Move* writePieceMoves(Move* out, const Bitboard* own, Square king, Bitboard occupied, Bitboard targets) {
+  for (Bitboard knights = own[Knight]; knights;) {
+    Square from = popLowest(knights);
+    out = writeTargets(out, from, knightAttacks[from] & targets);
+  }
+  for (Bitboard bishops = own[Bishop]; bishops;) {
+    Square from = popLowest(bishops);
+    out = writeTargets(out, from, bishopAttacks(from, occupied) & targets);
+  }
+  for (Bitboard rooks = own[Rook]; rooks;) {
+    Square from = popLowest(rooks);
+    out = writeTargets(out, from, rookAttacks(from, occupied) & targets);
+  }
+  for (Bitboard queens = own[Queen]; queens;) {
+    Square from = popLowest(queens);
+    out = writeTargets(out, from, queenAttacks(from, occupied) & targets);
+  }
+  return writeTargets(out, king, kingAttacks[king] & targets);
+}
+
+}  // namespace
+
 int generateQuiets(const Position& position, Move* list) {
   int c = sideToMove(position);
   const Bitboard* own = position.pieces[c];
@@ -341,28 +367,7 @@ int generateQuiets(const Position& position, Move* list) {
 
   out += generateCastling(position, c, out);
   out = writeSinglePushes(out, c, own[Pawn], occupied);
-  Bitboard knights = own[Knight];
-  while (knights) {
-    Square from = popLowest(knights);
-    out = writeTargets(out, from, knightAttacks[from] & empty);
-  }
-  Bitboard bishops = own[Bishop];
-  while (bishops) {
-    Square from = popLowest(bishops);
-    out = writeTargets(out, from, bishopAttacks(from, occupied) & empty);
-  }
-  Bitboard rooks = own[Rook];
-  while (rooks) {
-    Square from = popLowest(rooks);
-    out = writeTargets(out, from, rookAttacks(from, occupied) & empty);
-  }
-  Bitboard queens = own[Queen];
-  while (queens) {
-    Square from = popLowest(queens);
-    out = writeTargets(out, from, queenAttacks(from, occupied) & empty);
-  }
-  Square king = kingSquareOf(position, c);
-  out = writeTargets(out, king, kingAttacks[king] & empty);
+  out = writePieceMoves(out, own, kingSquareOf(position, c), occupied, empty);
   out = writeDoublePushes(out, c, own[Pawn], occupied);
   return static_cast<int>(out - list);
 }
@@ -381,29 +386,7 @@ int generateAllMoves(const Position& position, Move* list) {
   out = writePawnCaptures(out, captureTowardsA(c, own[Pawn]) & victims, backFromA(c), position.epBit, true);
   out = writePawnCaptures(out, captureTowardsH(c, own[Pawn]) & victims, backFromH(c), position.epBit, true);
   out = writeSinglePushes(out, c, own[Pawn], occupied);
-
-  Bitboard knights = own[Knight];
-  while (knights) {
-    Square from = popLowest(knights);
-    out = writeTargets(out, from, knightAttacks[from] & notOwn);
-  }
-  Bitboard bishops = own[Bishop];
-  while (bishops) {
-    Square from = popLowest(bishops);
-    out = writeTargets(out, from, bishopAttacks(from, occupied) & notOwn);
-  }
-  Bitboard rooks = own[Rook];
-  while (rooks) {
-    Square from = popLowest(rooks);
-    out = writeTargets(out, from, rookAttacks(from, occupied) & notOwn);
-  }
-  Bitboard queens = own[Queen];
-  while (queens) {
-    Square from = popLowest(queens);
-    out = writeTargets(out, from, queenAttacks(from, occupied) & notOwn);
-  }
-  Square king = kingSquareOf(position, c);
-  out = writeTargets(out, king, kingAttacks[king] & notOwn);
+  out = writePieceMoves(out, own, kingSquareOf(position, c), occupied, notOwn);
   out = writeDoublePushes(out, c, own[Pawn], occupied);
   return static_cast<int>(out - list);
 }
