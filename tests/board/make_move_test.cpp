@@ -54,24 +54,6 @@ class MakeMove : public ::testing::Test {
   std::vector<Position> line;
 };
 
-TEST_F(MakeMove, AGameWithEveryKindOfMoveKeepsAllSumsExact) {
-  // Double steps with and without en passant, captures, castling both ways,
-  // an en-passant capture, promotions with and without capture.
-  const Position& end = play(
-      "", {mv("e2", "e4", KindDoubleStep), mv("d7", "d5", KindDoubleStep), mv("e4", "d5"), mv("g8", "f6"),
-           mv("g1", "f3"), mv("b8", "c6"), mv("f1", "b5"), mv("c8", "d7"), mv("e1", "g1", KindCastle),
-           mv("d8", "d6"), mv("d5", "c6"), mv("e8", "c8", KindCastle), mv("c6", "b7"), mv("c8", "b8"),
-           mv("b7", "a8", KindPromoteKnight), mv("b8", "a8"), mv("d2", "d4", KindDoubleStep),
-           mv("d6", "b4"), mv("d4", "d5"), mv("e7", "e5", KindDoubleStep), mv("d5", "e6", KindEnPassant)});
-  EXPECT_EQ(end.ctm, 21);
-  EXPECT_EQ(line[17].epBit, 0u);  // d4: no black pawn beside it
-  EXPECT_EQ(line[20].epBit, squareBit(sq("e6")));
-  EXPECT_EQ(line[15].capturedPiece, 0);  // the rook had left a8 by castling
-  EXPECT_EQ(line[16].capturedPiece, Knight);
-  // The last record matches the same position read from its FEN.
-  EXPECT_EQ(end.hashKey, keyOf("k2r1b1r/p1pb1ppp/4Pn2/1B6/1q6/5N2/PPP2PPP/RNBQ1RK1 b - -"));
-}
-
 // Walks every legal path of a small perft and counts, at every node, the
 // records whose incremental keys or scores differ from a recount.
 struct PathWalk {
@@ -119,51 +101,6 @@ TEST_F(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
     EXPECT_EQ(walk.nodes, c.nodes);
     EXPECT_EQ(walk.wrong, 0u);
   }
-}
-
-TEST_F(MakeMove, PromotionsChangePhaseByTheNewPiece) {
-  const char* fen = "1n2k3/P7/8/8/8/8/8/4K3 w - -";
-  struct Case {
-    uint32_t kind;
-    int piece;
-    int phaseRise;
-  };
-  for (Case c : {Case{KindPromoteQueen, Queen, 22}, Case{KindPromoteKnight, Knight, 1},
-                 Case{KindPromoteRook, Rook, 9}, Case{KindPromoteBishop, Bishop, 3}}) {
-    SCOPED_TRACE(c.piece);
-    const Position& quiet = play(fen, {mv("a7", "a8", c.kind)});
-    EXPECT_EQ(quiet.phase, 1 + c.phaseRise);
-    EXPECT_EQ(quiet.movedPiece, Pawn);
-    EXPECT_EQ(quiet.capturedPiece, 0);
-    EXPECT_EQ(quiet.pieces[White][c.piece], squareBit(sq("a8")));
-    EXPECT_EQ(quiet.pieces[White][Pawn], 0u);
-    // Capturing the knight on b8: up by the new piece, down by the knight.
-    const Position& taking = play(fen, {mv("a7", "b8", c.kind)});
-    EXPECT_EQ(taking.phase, c.phaseRise);
-    EXPECT_EQ(taking.movedPiece, Pawn);
-    EXPECT_EQ(taking.capturedPiece, Knight);
-    EXPECT_EQ(taking.pieces[Black][0], squareBit(sq("e8")));
-    EXPECT_EQ(taking.materialKey, materialWeights[c.piece]);
-  }
-}
-
-TEST_F(MakeMove, EnPassantCaptureRemovesThePawnBesideIt) {
-  const Position& before = play("4k3/8/8/3pP3/8/8/8/4K3 w - d6", {});
-  ASSERT_EQ(before.epBit, squareBit(sq("d6")));
-  Position after;
-  makeMove(before, after, mv("e5", "d6", KindEnPassant));
-  recount::expectConsistent(after);
-  EXPECT_EQ(after.capturedPiece, 0);
-  EXPECT_EQ(after.movedPiece, Pawn);
-  EXPECT_EQ(after.pieces[Black][Pawn], 0u);
-  EXPECT_EQ(after.pieces[Black][0], squareBit(sq("e8")));
-  EXPECT_EQ(after.pieces[White][Pawn], squareBit(sq("d6")));
-  EXPECT_EQ(before.materialKey - after.materialKey, materialWeights[8 + Pawn]);
-  EXPECT_EQ(after.pawnKey, before.pawnKey ^ pawnKeys[pieceIndex(White, Pawn, sq("e5"))] ^
-                               pawnKeys[pieceIndex(White, Pawn, sq("d6"))] ^
-                               pawnKeys[pieceIndex(Black, Pawn, sq("d5"))]);
-  EXPECT_EQ(after.phase, before.phase);
-  EXPECT_EQ(after.epBit, 0u);
 }
 
 TEST_F(MakeMove, DoubleStepSetsEnPassantOnlyWhenAPawnCanTake) {
@@ -219,20 +156,6 @@ TEST_F(MakeMove, NullMoveClearsEnPassantAndFlipsTheSide) {
   EXPECT_EQ(sideToMove(child), Black);
 }
 
-TEST_F(MakeMove, CapturingARookOnItsCornerEndsTheRight) {
-  const char* fen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq -";
-  const Position& after = play(fen, {mv("h1", "h8")});
-  EXPECT_EQ(after.capturedPiece, Rook);
-  EXPECT_NE(after.moved & blackShortMask, 0u);
-  EXPECT_EQ(after.moved & blackLongMask, 0u);
-  EXPECT_EQ(after.hashKey, keyOf("r3k2R/8/8/8/8/8/8/R3K3 b Qq -"));
-  // Same board with the black short right still standing has another key.
-  EXPECT_NE(after.hashKey, keyOf("r3k2R/8/8/8/8/8/8/R3K3 b Qkq -"));
-  // Rooks leaving their corners end their own side's rights only.
-  const Position& quiet = play(fen, {mv("a1", "a2"), mv("a8", "a7")});
-  EXPECT_EQ(quiet.hashKey, keyOf("4k2r/r7/8/8/8/8/R7/4K2R w Kk -"));
-}
-
 TEST_F(MakeMove, RightsLostInDifferentWaysShareTheKey) {
   // Kings out and back: only e1 and e8 are marked, yet no right is left, as
   // in the FEN with "-" that marks all six squares.
@@ -242,72 +165,6 @@ TEST_F(MakeMove, RightsLostInDifferentWaysShareTheKey) {
   parseFen(none, "r3k2r/8/8/8/8/8/8/R3K2R w - -");
   EXPECT_NE(castlingIndex(walked.moved), castlingIndex(none.moved));
   EXPECT_EQ(walked.hashKey, none.hashKey);
-}
-
-TEST_F(MakeMove, CastlingMovesTheRookAndLeavesOnlyTheOtherSidesRights) {
-  const char* fen = "r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R w KQkq -";
-  const Position& whiteShort = play(fen, {castleWhiteShort});
-  EXPECT_EQ(whiteShort.moved & 0xF0, 0xF0u);  // e1, f1, g1, h1
-  EXPECT_EQ(whiteShort.pieces[White][Rook], squareBit(sq("a1")) | squareBit(sq("f1")));
-  EXPECT_EQ(whiteShort.pieces[White][King], squareBit(sq("g1")));
-  EXPECT_EQ(whiteShort.movedPiece, King);
-  EXPECT_EQ(whiteShort.hashKey, keyOf("r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R4RK1 b kq -"));
-
-  const Position& allFour = play(fen, {castleWhiteLong, castleBlackShort});
-  EXPECT_EQ(allFour.pieces[White][Rook], squareBit(sq("d1")) | squareBit(sq("h1")));
-  EXPECT_EQ(allFour.pieces[Black][Rook], squareBit(sq("a8")) | squareBit(sq("f8")));
-  EXPECT_EQ(allFour.hashKey, keyOf("r4rk1/pppppppp/8/8/8/8/PPPPPPPP/2KR3R w - -"));
-  const Position& blackLong = play(fen, {mv("a2", "a3"), castleBlackLong});
-  EXPECT_EQ(blackLong.pieces[Black][King], squareBit(sq("c8")));
-  EXPECT_EQ(blackLong.pieces[Black][Rook], squareBit(sq("d8")) | squareBit(sq("h8")));
-}
-
-TEST_F(MakeMove, TranspositionsShareTheirKeys) {
-  const Position& a = play("", {mv("e2", "e4", KindDoubleStep), mv("g8", "f6"), mv("b1", "c3"), mv("b8", "c6"),
-                                mv("g1", "f3"), mv("e7", "e5", KindDoubleStep)});
-  Position first = a;
-  const Position& b = play("", {mv("g1", "f3"), mv("b8", "c6"), mv("e2", "e4", KindDoubleStep),
-                                mv("e7", "e5", KindDoubleStep), mv("b1", "c3"), mv("g8", "f6")});
-  EXPECT_EQ(first.hashKey, b.hashKey);
-  EXPECT_EQ(first.pawnKey, b.pawnKey);
-  EXPECT_EQ(first.materialKey, b.materialKey);
-  EXPECT_EQ(first.pstScore, b.pstScore);
-  // Knights out and back: the start position again, with its key.
-  const Position& back = play("", {mv("g1", "f3"), mv("g8", "f6"), mv("f3", "g1"), mv("f6", "g8")});
-  EXPECT_EQ(back.hashKey, keyOf(""));
-  EXPECT_EQ(back.pstScore, 0u);
-  EXPECT_EQ(back.phase, 96);
-}
-
-TEST_F(MakeMove, SearchFieldsPassUnchangedToTheChild) {
-  Position root;
-  parseFen(root, "");
-  root.inCheck = 1;
-  root.pvPly = 3;
-  root.extensionRemainder = 1;
-  root.horizonExtensions = 2;
-  Position child;
-  makeMove(root, child, mv("e2", "e4", KindDoubleStep));
-  EXPECT_EQ(child.inCheck, 1);
-  EXPECT_EQ(child.pvPly, 3);
-  EXPECT_EQ(child.extensionRemainder, 1);
-  EXPECT_EQ(child.horizonExtensions, 2);
-  EXPECT_EQ(child.previous, &root);
-  EXPECT_EQ(child.lastMove, mv("e2", "e4", KindDoubleStep));
-}
-
-TEST_F(MakeMove, NodesAreCountedUntilTheSearchIsStopped) {
-  Position root, child;
-  parseFen(root, "");
-  uint64_t start = nodeCount;
-  makeMove(root, child, mv("g1", "f3"));
-  makeMove(root, child, 0);
-  EXPECT_EQ(nodeCount, start + 2);
-  stopSearch = 1;
-  makeMove(root, child, mv("g1", "f3"));
-  makeMove(root, child, 0);
-  EXPECT_EQ(nodeCount, start + 2);
-  EXPECT_EQ(child.ctm, 1);
 }
 
 std::string readLogOf(FILE* file) {

@@ -16,66 +16,6 @@ Position fen(const char* text) {
   return p;
 }
 
-TEST(AttackMap, StartPosition) {
-  Position start = fen("");
-  // Ranks 2 and 3 entirely, rank 1 but its corners.
-  EXPECT_EQ(attackMap(start, White), 0x0000000000FFFF7EULL);
-  EXPECT_EQ(attackMap(start, Black), 0x7EFFFF0000000000ULL);
-}
-
-TEST(AttackMap, SlidersStopAtTheFirstPieceOfEitherColour) {
-  // Queen d4 seen through nothing: the pawn on d6 stops the file, own bishop
-  // on f6 stops the diagonal and is counted as defended.
-  Position p = fen("4k3/8/3p1B2/8/3Q4/8/8/4K3 w - -");
-  Bitboard map = attackMap(p, White);
-  EXPECT_TRUE(map & squareBit(sq("d6")));
-  EXPECT_FALSE(map & squareBit(sq("d7")));
-  EXPECT_TRUE(map & squareBit(sq("f6")));
-  // The bishop on f6 itself reaches g7 and h8 beyond.
-  EXPECT_TRUE(map & squareBit(sq("h8")));
-  EXPECT_FALSE(map & squareBit(sq("g8")));
-}
-
-TEST(KingAttacked, EachKindOfAttacker) {
-  struct Case {
-    const char* fen;
-    int whiteAttacked;
-  };
-  const Case cases[] = {
-      {"4k3/8/8/8/8/8/8/4K3 w - -", 0},
-      {"4k3/8/8/8/8/5n2/8/4K3 w - -", 1},   // knight
-      {"4k3/8/8/8/1b6/8/8/4K3 w - -", 1},   // bishop
-      {"4k3/8/8/8/1b6/2P5/8/4K3 w - -", 0}, // bishop blocked
-      {"4k3/8/8/8/8/8/8/r3K3 w - -", 1},    // rook on the rank
-      {"4k3/8/8/8/4q3/8/8/4K3 w - -", 1},   // queen on the file
-      {"4k3/8/8/8/4q3/8/4N3/4K3 w - -", 0}, // queen blocked
-      {"4k3/8/8/8/8/8/3p4/4K3 w - -", 1},   // pawn in front, one file over
-      {"4k3/8/8/8/8/8/4p3/4K3 w - -", 0},   // pawn straight in front
-      {"4k3/8/8/8/8/8/8/3pK3 w - -", 0},    // pawn beside
-      {"4k3/8/8/8/8/4K3/8/3p4 w - -", 0},   // black pawn behind: it attacks away
-      {"8/8/8/8/8/4k3/8/4K3 w - -", 0},
-      {"8/8/8/8/8/8/4k3/4K3 w - -", 1},     // kings side by side
-  };
-  for (const Case& c : cases) {
-    Position p = fen(c.fen);
-    EXPECT_EQ(kingAttacked(p, White), c.whiteAttacked) << c.fen;
-    EXPECT_EQ(kingInAttackMap(p, White), c.whiteAttacked) << c.fen;
-  }
-  // Only the low bit of the colour counts, so ctm may be passed as it is.
-  Position p = fen("4k3/8/8/8/8/5n2/8/4K3 w - -");
-  EXPECT_EQ(kingAttacked(p, 2), 1);
-  EXPECT_EQ(kingInAttackMap(p, 4), 1);
-  EXPECT_EQ(kingAttacked(p, 3), 0);
-}
-
-TEST(KingAttacked, BlackKingByWhitePawns) {
-  EXPECT_EQ(kingAttacked(fen("8/8/8/4k3/3P4/8/8/4K3 b - -"), Black), 1);
-  EXPECT_EQ(kingAttacked(fen("8/8/3P4/4k3/8/8/8/4K3 b - -"), Black), 0);
-  // A pawn on the a-file doesn't reach the h-file by wrapping.
-  EXPECT_EQ(kingAttacked(fen("8/8/8/7k/P7/8/8/4K3 b - -"), Black), 0);
-  EXPECT_EQ(kingAttacked(fen("8/8/8/k7/7P/8/8/4K3 b - -"), Black), 0);
-}
-
 TEST(KingAttacked, AgreesWithTheAttackMapForEveryKingSquare) {
   // Busy middlegame boards without a black king; the black king is tried on
   // every empty square and both kings are asked about.
@@ -104,24 +44,6 @@ TEST(KingAttacked, AgreesWithTheAttackMapForEveryKingSquare) {
   // Many placements are attacked and many are not: the sweep tests both answers.
   EXPECT_GT(attackedCount, 40);
   EXPECT_GT(safeCount, 40);
-}
-
-TEST(GivesCheck, DirectChecks) {
-  EXPECT_EQ(givesCheck(fen("7k/8/8/8/8/8/8/R5K1 w - -"), mv("a1", "a8")), 1);
-  EXPECT_EQ(givesCheck(fen("2n4k/8/8/8/8/8/8/R5K1 w - -"), mv("a1", "a8")), 0);
-  EXPECT_EQ(givesCheck(fen("7k/8/8/8/8/8/8/2B3K1 w - -"), mv("c1", "b2")), 1);
-  Position queen = fen("8/7k/8/8/8/8/8/Q5K1 w - -");
-  EXPECT_EQ(givesCheck(queen, mv("a1", "a7")), 1);
-  EXPECT_EQ(givesCheck(queen, mv("a1", "b1")), 1);
-  EXPECT_EQ(givesCheck(queen, mv("a1", "b3")), 0);
-  EXPECT_EQ(givesCheck(fen("7k/8/8/8/8/8/8/N5K1 w - -"), mv("a1", "b3")), 0);
-  EXPECT_EQ(givesCheck(fen("7k/8/8/6N1/8/8/8/6K1 w - -"), mv("g5", "f7")), 1);
-  EXPECT_EQ(givesCheck(fen("5k2/8/4P3/8/8/8/8/6K1 w - -"), mv("e6", "e7")), 1);
-  EXPECT_EQ(givesCheck(fen("4k3/8/4P3/8/8/8/8/6K1 w - -"), mv("e6", "e7")), 0);
-  // Black pawns attack downwards.
-  EXPECT_EQ(givesCheck(fen("6k1/8/8/8/8/4p3/8/3K4 b - -"), mv("e3", "e2")), 1);
-  // Kings side by side.
-  EXPECT_EQ(givesCheck(fen("8/8/8/8/5k2/8/3K4/8 w - -"), mv("d2", "e3")), 1);
 }
 
 TEST(GivesCheck, DiscoveredChecks) {

@@ -26,13 +26,6 @@ Position colourMirror(const Position& p) {
   return m;
 }
 
-TEST_F(Endgames, KpkKingInFrontOfItsPawnWinsWhoeverMoves) {
-  EXPECT_EQ(endKpk(boardOf("Ke6 Pe5 ke8", White)), 514);
-  EXPECT_EQ(endKpk(boardOf("Ke6 Pe5 ke8", Black)), 514);
-  EXPECT_EQ(endKpk(boardOf("kb2 pa2 Kh8", White)), -546);
-  EXPECT_EQ(endKpk(boardOf("kb2 pa2 Kh8", Black)), -546);
-}
-
 TEST_F(Endgames, KpkDrawsGiveThreeToThePawnsSide) {
   EXPECT_EQ(endKpk(boardOf("Ka1 Ph7 kh8", White)), 3);
   EXPECT_EQ(endKpk(boardOf("Ka1 Ph7 kh8", Black)), 3);
@@ -46,44 +39,6 @@ TEST_F(Endgames, KpkDrawsGiveThreeToThePawnsSide) {
   EXPECT_EQ(endKpk(boardOf("Kb6 Pa5 ka8", Black)), 3);
   EXPECT_EQ(endKpk(boardOf("Kf2 Pd4 kf7", White)), 3);
   EXPECT_EQ(endKpk(boardOf("kb3 pa3 Ka1", Black)), -3);
-}
-
-TEST_F(Endgames, KpkSquareOfThePawnDecidesARaceByTheMove) {
-  // Black's king on f5 is one step outside the pawn's square.
-  EXPECT_EQ(endKpk(boardOf("Kh1 Pa4 kf5", White)), 498);
-  EXPECT_EQ(endKpk(boardOf("Kh1 Pa4 kf5", Black)), 3);
-  EXPECT_EQ(endKpk(boardOf("Kh1 Pa4 kd5", White)), 3);
-  EXPECT_EQ(endKpk(boardOf("Kh1 Pa4 kd5", Black)), 3);
-  // The same race on the other wing and for black.
-  EXPECT_EQ(endKpk(boardOf("Ka1 Ph4 kc5", White)), 498);
-  EXPECT_EQ(endKpk(boardOf("kh8 pa5 Kf4", Black)), -498);
-  EXPECT_EQ(endKpk(boardOf("kh8 pa5 Kf4", White)), -3);
-}
-
-TEST_F(Endgames, KpkIsSymmetricInColoursAndWings) {
-  int checked = 0;
-  for (Square pawn = 8; pawn < 56; ++pawn) {
-    for (Square white = 0; white < 64; ++white) {
-      for (Square black = 0; black < 64; ++black) {
-        if (white == pawn || black == pawn || white == black) continue;
-        for (int toMove = 0; toMove < 2; ++toMove) {
-          Position p{};
-          p.ctm = toMove;
-          p.pieces[White][King] = squareBit(white);
-          p.pieces[White][Pawn] = squareBit(pawn);
-          p.pieces[Black][King] = squareBit(black);
-          Position reflected = p;
-          reflected.pieces[White][King] = squareBit(white ^ 7);
-          reflected.pieces[White][Pawn] = squareBit(pawn ^ 7);
-          reflected.pieces[Black][King] = squareBit(black ^ 7);
-          ASSERT_EQ(endKpk(colourMirror(p)), -endKpk(p)) << pawn << " " << white << " " << black;
-          ASSERT_EQ(endKpk(reflected), endKpk(p)) << pawn << " " << white << " " << black;
-          ++checked;
-        }
-      }
-    }
-  }
-  EXPECT_EQ(checked, 48 * 63 * 62 * 2);
 }
 
 TEST_F(Endgames, KbnkDrivesTowardsTheCornersOfTheBishopsColour) {
@@ -108,16 +63,6 @@ TEST_F(Endgames, KbpkWrongRookPawnIsAFortress) {
   EXPECT_EQ(endKbpk(boardOf("Ka1 Bb1 Ph5 kh8", White)), 12 - 7 + 0 - 3);
   EXPECT_EQ(endKbpk(boardOf("ke5 bc8 pa3 Ka1", White)), -6);
   EXPECT_EQ(endKbpk(boardOf("ke5 bd8 pa3 Ka1", White)), -412);
-}
-
-TEST_F(Endgames, KbpkTheMoveDecidesWhoReachesTheCorner) {
-  // One step nearer for the defender: enough only if the attacker isn't to move.
-  EXPECT_EQ(endKbpk(boardOf("Kc6 Bc1 Pa6 kb8", Black)), 12 - 2 + 1 - 2);
-  EXPECT_EQ(endKbpk(boardOf("Kc6 Bc1 Pa6 kb8", White)), 440 - 20 - 4 + 2);
-  // A defender too far away to stop the pawn in time.
-  EXPECT_EQ(endKbpk(boardOf("Kh1 Bc1 Pa6 ke8", Black)), 440 - 20 - 14 + 8);
-  // Pawns off the rook's files never take the fortress branch.
-  EXPECT_EQ(endKbpk(boardOf("Ke4 Bc1 Pb6 kb8", White)), 440 - 20 - 8 + 0);
 }
 
 TEST_F(Endgames, KnpkRookPawnOnTheSeventhHeldFromTheCorner) {

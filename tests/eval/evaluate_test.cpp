@@ -71,19 +71,6 @@ TEST_F(Evaluate, SelfTestPositionsWorkedOutTermByTerm) {
   for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
 }
 
-TEST_F(Evaluate, BareKingsGiveTheTempoForEitherSide) {
-  EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 w - -")), 4);
-  EXPECT_EQ(evaluate(rootPosition("8/8/3k4/8/8/3K4/8/8 b - -")), 4);
-}
-
-TEST_F(Evaluate, OppositeLoneBishopsWithTwoPawnsEachLeaveTheTempo) {
-  // Phase 6: tempo 44 thousandths, 4 centipawns, whoever is to move.
-  EXPECT_EQ(evaluate(rootPosition("4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -")), 4);
-  EXPECT_EQ(evaluate(rootPosition("4k3/8/5b2/p6p/P1B4P/8/8/4K3 b - -")), 4);
-  // Bishops on the same colour: the position is judged as usual.
-  EXPECT_NE(evaluate(rootPosition("4k3/8/4b3/p6p/P1B4P/8/8/4K3 w - -")), 4);
-}
-
 TEST_F(Evaluate, SecondCallComesFromTheCache) {
   Position p = rootPosition("2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -");
   int first = evaluate(p);
@@ -92,27 +79,6 @@ TEST_F(Evaluate, SecondCallComesFromTheCache) {
   EXPECT_EQ(evaluate(p), first);
   EXPECT_EQ(etableProbes, probes);
   EXPECT_EQ(etableHits, hits);
-}
-
-TEST_F(Evaluate, SamePawnsAndKingsHitTheEtable) {
-  Position a = rootPosition("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-  Position b = rootPosition("r3k2r/8/8/8/8/8/8/R3K2R b KQkq -");
-  evaluate(a);
-  uint64_t probes = etableProbes;
-  uint64_t hits = etableHits;
-  evaluate(b);
-  EXPECT_EQ(etableProbes, probes + 1);
-  EXPECT_EQ(etableHits, hits + 1);
-}
-
-TEST_F(Evaluate, HandlerEndingsSkipCacheAndCounters) {
-  // King and pawn against king: won with white to move, from the handler.
-  Position p = rootPosition("4k3/8/4K3/4P3/8/8/8/8 w - -");
-  uint64_t probes = etableProbes;
-  EXPECT_EQ(evaluate(p), 514);
-  EXPECT_EQ(evaluate(rootPosition("4k3/8/4K3/4P3/8/8/8/8 b - -")), -514);
-  EXPECT_EQ(etableProbes, probes);
-  EXPECT_NE(evalCache[p.hashKey & 0xfff].key, p.hashKey);
 }
 
 // Ranks turned over and colours exchanged, FEN fields without move counters.

@@ -18,17 +18,6 @@ TEST(KpkBitbase, RetrogradeAnalysisFindsTheKnownTotals) {
   EXPECT_EQ(bits, 111282);
 }
 
-// Probes below are in the table's orientation: the pawn runs towards rank 1.
-TEST(KpkBitbase, ProbesMirrorFilesEToHOntoAToD) {
-  buildKpkBitbase();
-  for (Square pawn = 8; pawn < 56; ++pawn)
-    for (Square strong = 0; strong < 64; ++strong)
-      for (Square weak = 0; weak < 64; weak += 5) {
-        ASSERT_EQ(kpkProbe(strong, pawn, weak, 0), kpkProbe(strong ^ 7, pawn ^ 7, weak ^ 7, 0));
-        ASSERT_EQ(kpkProbe(strong, pawn, weak, 1), kpkProbe(strong ^ 7, pawn ^ 7, weak ^ 7, 1));
-      }
-}
-
 TEST(KpkBitbase, PromotionsAndCapturesDecideAtOnce) {
   buildKpkBitbase();
   // Pawn one step from promoting, defender far away.

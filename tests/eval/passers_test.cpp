@@ -31,15 +31,6 @@ void expectPair(ScorePair actual, int32_t open, int32_t end) {
   EXPECT_EQ(scorePairEnd(actual), end);
 }
 
-TEST(PassedPawns, LowPawnsGetTheirRankOnly) {
-  evaltest::useEvaluationTables();
-  PasserScores s = passerScores("7k/8/8/8/8/8/P7/7K w", White, "a2");
-  expectPair(s.own, 0, 35);
-  EXPECT_EQ(s.enemy, 0u);
-  expectPair(passerScores("7k/8/8/8/8/P7/8/7K w", White, "a3").own, 0, 70);
-  expectPair(passerScores("7k/p7/8/8/8/8/8/7K b", Black, "a7").own, 0, 35);
-}
-
 TEST(PassedPawns, RookBehindCountsFromTheFifthRank) {
   evaltest::useEvaluationTables();
   // e4, n = 2: rank, kings at distance 4, free path, clear path; no rook term.
@@ -49,34 +40,11 @@ TEST(PassedPawns, RookBehindCountsFromTheFifthRank) {
              350 - 416 + 300 + 534 + 324 + 24);
 }
 
-TEST(PassedPawns, BlockedByTheEnemyKingOnThePromotionSquare) {
-  evaltest::useEvaluationTables();
-  PasserScores s = passerScores("4k3/4P3/8/8/8/8/8/K7 w", White, "e7");
-  expectPair(s.own, 900, 910 - 1754);
-  expectPair(s.enemy, 0, 100);
-}
-
-TEST(PassedPawns, EnemyRookBehindMakesThePathUnsafe) {
-  evaltest::useEvaluationTables();
-  PasserScores s = passerScores("4k3/1P6/8/8/8/7K/8/1r6 w", White, "b7");
-  expectPair(s.own, 900 + 100 + 20, 910 - 1579 + 1440 + 600 + 80);
-  expectPair(s.enemy, 50, 300);
-  // A bishop covering b8 makes it guarded and defended.
-  expectPair(passerScores("4k3/BP6/8/8/8/7K/8/1r6 w", White, "b7").own, 900 + 160 + 20, 910 - 1579 + 1440 + 960 + 80);
-}
-
 TEST(PassedPawns, FreeSeventhRankPawn) {
   evaltest::useEvaluationTables();
   expectPair(passerScores("k7/4P3/8/8/8/8/8/4K3 w", White, "e7").own, 900 + 180 + 20, 910 - 1754 + 1780 + 1080 + 80);
   // A knight on f6 defends the queening square.
   expectPair(passerScores("k7/4P3/5N2/8/8/8/8/4K3 w", White, "e7").own, 900 + 200 + 20, 910 - 1754 + 1780 + 1200 + 80);
-}
-
-TEST(PassedPawns, OwnPieceOnThePathCostsTheClearPath) {
-  evaltest::useEvaluationTables();
-  ScorePair clear = passerScores("k7/8/8/4P3/8/8/8/7K w", White, "e5").own;
-  ScorePair blocked = passerScores("k7/4N3/8/4P3/8/8/8/7K w", White, "e5").own;
-  expectPair(scorePairSub(clear, blocked), 6, 24);
 }
 
 TEST(PassedPawns, SupportedByAPawnBesideOrBehind) {
@@ -87,20 +55,6 @@ TEST(PassedPawns, SupportedByAPawnBesideOrBehind) {
   // d5 covers e6 but not the whole path, so only the support changes.
   expectPair(scorePairSub(beside, alone), 40, 80);
   expectPair(scorePairSub(behind, alone), 40, 80);
-}
-
-TEST(PassedPawns, RooksOfBothColoursBehindCancel) {
-  evaltest::useEvaluationTables();
-  PasserScores s = passerScores("k7/8/8/4P3/8/4r3/8/4R2K w", White, "e5");
-  expectPair(s.enemy, 50, 300);
-}
-
-TEST(PassedPawns, BlackPasserMirrorsWhite) {
-  evaltest::useEvaluationTables();
-  PasserScores white = passerScores("k7/8/8/4P3/8/8/8/4R2K w", White, "e5");
-  PasserScores black = passerScores("4r2k/8/8/8/4p3/8/8/K7 b", Black, "e4");
-  EXPECT_EQ(white.own, black.own);
-  EXPECT_EQ(white.enemy, black.enemy);
 }
 
 }  // namespace

@@ -74,31 +74,4 @@ TEST_F(PieceSquare, BlackIsWhiteMirroredAndNegated) {
   }
 }
 
-TEST_F(PieceSquare, RebuildingGivesTheSameTable) {
-  ScorePair before = white(Bishop, "c4");
-  pieceSquare[pieceIndex(White, Bishop, sq("c4"))] = 12345;
-  initPieceSquare();
-  EXPECT_EQ(white(Bishop, "c4"), before);
-}
-
-TEST_F(PieceSquare, RootScoresSumTheBoard) {
-  Position start = fromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w");
-  fillRootScores(start);
-  EXPECT_EQ(start.pstScore, 0u);
-  EXPECT_EQ(start.phase, 96);
-
-  // The kings on e1 and e8 cancel; what is left is the pawn on d2.
-  Position pawn = fromFen("4k3/8/8/8/8/8/3P4/4K3 w");
-  fillRootScores(pawn);
-  EXPECT_EQ(pawn.pstScore, makeScorePair(880, 1010));
-  EXPECT_EQ(pawn.phase, 0);
-
-  // Black's extra knight on a8 counts against white.
-  Position knight = fromFen("n3k3/8/8/8/8/8/8/4K3 w");
-  fillRootScores(knight);
-  EXPECT_EQ(scorePairOpen(knight.pstScore), -(3500 - 30 * 15));
-  EXPECT_EQ(scorePairEnd(knight.pstScore), -(3900 - 12 * 15));
-  EXPECT_EQ(knight.phase, 1);
-}
-
 }  // namespace

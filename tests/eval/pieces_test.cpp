@@ -46,50 +46,6 @@ TEST(PieceTerms, RookFiles) {
   expectPair(passScore("7k/1p6/p7/8/8/8/8/R6K w", White), 125 + 30 + 50, 125 + 50 + 100);
 }
 
-TEST(PieceTerms, RookOnTheSeventhNeedsTheKingOnTheEighth) {
-  evaltest::useEvaluationTables();
-  ScorePair king8 = passScore("7k/R7/8/8/8/8/8/7K w", White);
-  ScorePair king6 = passScore("8/R7/6k1/8/8/8/8/7K w", White);
-  expectPair(scorePairSub(king8, king6), 65, 175);
-  EXPECT_EQ(king6, passScore("8/R7/7k/8/8/8/8/7K w", White));
-}
-
-TEST(PieceTerms, MajorPieceRedundancy) {
-  evaltest::useEvaluationTables();
-  ScorePair full = passScore("8/7Q/8/3k2K1/8/8/1R6/R7 w", White);
-  // The queen brings her mobility of 21 squares and the queen-and-rook charge.
-  expectPair(scorePairSub(full, passScore("8/8/8/3k2K1/8/8/1R6/R7 w", White)), 95 - 80, 140 - 120);
-  // The second rook brings its own terms and the rook-pair charge.
-  expectPair(scorePairSub(full, passScore("8/7Q/8/3k2K1/8/8/8/R7 w", White)), 399 - 125, 494 - 175);
-}
-
-TEST(PieceTerms, BishopAndItsPawns) {
-  evaltest::useEvaluationTables();
-  ScorePair alone = passScore("4k3/8/8/8/8/8/8/B3K3 w", White);
-  // h3 is light, h4 dark: one pawn on each colour cancels.
-  EXPECT_EQ(passScore("4k3/8/8/8/7P/7P/8/B3K3 w", White), alone);
-  // h2 and h4 are both on the bishop's colour.
-  expectPair(scorePairSub(passScore("4k3/8/8/8/7P/8/7P/B3K3 w", White), alone), -40, -40);
-  // An enemy knight three ranks up the bishop's file, in its own half.
-  ScorePair gap = passScore("4k3/8/8/3n4/8/8/3B4/4K3 w", White);
-  ScorePair noGap = passScore("4k3/8/3n4/8/8/8/3B4/4K3 w", White);
-  expectPair(scorePairSub(gap, noGap), 15, 25);
-}
-
-TEST(PieceTerms, MaterialTallyAnswersBishopQuestions) {
-  evaltest::useEvaluationTables();
-  Position p = fromFen("r3k3/8/8/8/8/8/8/1NB1K1B1 w");
-  EvalFrame frame;
-  prepareFrame(p, frame);
-  pieceLoops(p, frame, White);
-  pieceLoops(p, frame, Black);
-  EXPECT_EQ(frame.materialTally[White], 24 + 28 + 28);
-  EXPECT_EQ(frame.materialTally[White] >> 3, 10);  // knight 3 and the pair 7
-  EXPECT_EQ(frame.materialTally[Black], 40);
-  EXPECT_EQ(frame.pieceCount[White], 3);
-  EXPECT_EQ(frame.pieceCount[Black], 1);
-}
-
 // What the threat count adds to each colour.
 void expectThreats(const char* fen, int32_t open, int32_t end, int32_t blackOpen = 0, int32_t blackEnd = 0) {
   Position p = fromFen(fen);
@@ -132,22 +88,6 @@ TEST(PieceTerms, LateTerms) {
   expectPair(lateScore("7k/8/8/8/3P4/3B4/3K4/8 w", White), 36 + 55 + 30, 30);
   // The bishop pair, both outposts.
   expectPair(lateScore("7k/8/8/8/8/8/8/2B1KB2 w", White), 300 + 60, 500 + 60);
-}
-
-TEST(PieceTerms, PieceCountNeedsTwoMore) {
-  evaltest::useEvaluationTables();
-  Position threeMinors = fromFen("q6k/8/8/8/8/8/8/NBN4K w");
-  EvalFrame frame = evaltest::frameWithAttacks(threeMinors);
-  ScorePair before[2] = {frame.score[White], frame.score[Black]};
-  pieceCountTerm(frame);
-  expectPair(scorePairSub(frame.score[White], before[White]), 300, 300);
-  EXPECT_EQ(frame.score[Black], before[Black]);
-
-  Position twoMinors = fromFen("r6k/8/8/8/8/8/8/NB5K w");
-  frame = evaltest::frameWithAttacks(twoMinors);
-  before[White] = frame.score[White];
-  pieceCountTerm(frame);
-  EXPECT_EQ(frame.score[White], before[White]);
 }
 
 }  // namespace

@@ -19,29 +19,6 @@ TEST(EvaluationTables, DangerCurveSamples) {
   for (int i = 0; i < 15; ++i) EXPECT_EQ(dangerCurve[rows[i]], values[i]) << "row " << rows[i];
 }
 
-TEST(EvaluationTables, KingSafetyFollowsTheOption) {
-  evaltest::useEvaluationTables(6);
-  expectPair(kingDanger[127], 9228, 0);
-  expectPair(kingDanger[8], 270, 0);
-  const int shelter[8] = {0, 324, 264, 120, 60, 0, 0, 0};
-  const int storm[8] = {72, 0, 0, 72, 156, 540, 0, 0};
-  for (int r = 0; r < 8; ++r) {
-    expectPair(pawnShelter[r], shelter[r], 0);
-    expectPair(pawnStorm[r], storm[r], 0);
-  }
-
-  evaltest::useEvaluationTables(0);
-  for (ScorePair row : kingDanger) EXPECT_EQ(row, 0u);
-  for (int r = 0; r < 8; ++r) {
-    EXPECT_EQ(pawnShelter[r], 0u);
-    EXPECT_EQ(pawnStorm[r], 0u);
-  }
-  // Nothing else depends on the option.
-  expectPair(doubledPawn[2], -100, -160);
-  EXPECT_EQ(tempoBonus[96], 100);
-  evaltest::useEvaluationTables();
-}
-
 TEST(EvaluationTables, TempoAndPieceValuesByPhase) {
   evaltest::useEvaluationTables();
   EXPECT_EQ(tempoBonus[0], 40);

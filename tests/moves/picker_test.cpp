@@ -154,16 +154,6 @@ TEST_F(PickerTest, CapturesByVictimThenAttacker) {
   EXPECT_EQ(drain(p, 3), expected);
 }
 
-TEST_F(PickerTest, KnightUnderPromotionThatLosesIsStillServed) {
-  // b8 is covered by the rook: both promotions there lose the pawn, but
-  // promotions are never judged by exchange.
-  Position p = fen("2r4k/1P6/8/8/8/8/8/6K1 w - - 0 1");
-  ASSERT_LT(exchangeValue(p, mv("b7", "b8", KindPromoteKnight), 0), 0);
-  std::vector<Move> expected = moves({mv("b7", "c8", KindPromoteQueen), mv("b7", "c8", KindPromoteKnight),
-                                      mv("b7", "b8", KindPromoteQueen), mv("b7", "b8", KindPromoteKnight)});
-  EXPECT_EQ(drain(p, 3), expected);
-}
-
 TEST_F(PickerTest, QuietMovesByHistoryRateTiesInGenerationOrder) {
   Position p = fen(startFen);
   history[White][Knight][testboard::sq("f3")] = {3, 3};  // 12288
@@ -248,14 +238,6 @@ TEST_F(PickerTest, SetZeroServesEveryCaptureAndQuietMoveExactlyOnce) {
     std::sort(served.begin(), served.end());
     EXPECT_EQ(served, expected) << "after root move " << i;
   }
-}
-
-TEST_F(PickerTest, SpentPickerKeepsAnsweringZero) {
-  MovePicker picker;
-  Position p = fen("7k/8/8/8/8/8/8/K7 w - - 0 1");
-  initPicker(picker, p, 3, 0, 0, 0);
-  EXPECT_EQ(nextMove(picker), 0u);
-  EXPECT_EQ(nextMove(picker), 0u);
 }
 
 }  // namespace

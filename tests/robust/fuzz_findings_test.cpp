@@ -35,8 +35,6 @@ struct FuzzFinding : OptionState {
   }
 };
 
-const std::string startPosition = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -";
-
 // The en-passant field named e3 with black to move while no white pawn stood
 // on e4 and a white pawn stood on e3: the capture toggled a pawn into being,
 // and a white pawn later reached the first rank inside the search, where the

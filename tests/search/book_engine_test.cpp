@@ -58,15 +58,6 @@ TEST_F(BookDirectory, GoFromABookPositionAnswersWithoutSearching) {
   EXPECT_EQ(engine.waitForExit(10.0), 0);
 }
 
-TEST_F(BookDirectory, OwnBookFalseSearchesAndTrueAsksTheBookAgain) {
-  EngineSession engine(TARVOK_ENGINE_PATH, {}, directory.c_str());
-  std::string searched = answerTo(engine, "setoption name OwnBook value false\nposition startpos\ngo depth 2");
-  EXPECT_NE(searched.find("info depth 1\n"), std::string::npos) << searched;
-  EXPECT_NE(searched.find("info depth 2\n"), std::string::npos) << searched;
-  std::string booked = answerTo(engine, "setoption name OwnBook value true\ngo depth 2");
-  EXPECT_TRUE(isBookAnswer(booked, "b1a3")) << booked;
-}
-
 TEST_F(BookDirectory, BookFileKeepsCaseAndBlanksAndADirectoryIsNoBook) {
   std::filesystem::create_directory(directory + "/Opening Books");
   const std::string wide = directory + "/Opening Books/Wide Lines.BIN";

@@ -85,19 +85,6 @@ TEST(BookKey, PublishedReferenceKeys) {
   EXPECT_EQ(keyOf("rnbqkbnr/p1pppppp/8/8/P6P/R1p5/1P1PPPP1/1NBQKBNR b Kkq - 0 4"), 0x5c3f9b829b279560ULL);
 }
 
-TEST(BookBytes, ReverseTurnsBigEndianIntoNumbers) {
-  unsigned char bytes[8] = {0x46, 0x3b, 0x96, 0x18, 0x16, 0x91, 0xfc, 0x9c};
-  reverseBytes(bytes, 8);
-  uint64_t key;
-  std::memcpy(&key, bytes, 8);
-  EXPECT_EQ(key, 0x463b96181691fc9cULL);
-  unsigned char odd[3] = {1, 2, 3};
-  reverseBytes(odd, 3);
-  EXPECT_EQ(odd[0], 3);
-  EXPECT_EQ(odd[1], 2);
-  EXPECT_EQ(odd[2], 1);
-}
-
 TEST_F(Book, KeyInTheFirstAndInTheLastRecord) {
   const uint64_t start = keyOf(startFen);
   std::vector<Entry> entries = {{start, moveField("g1f3"), 7}};
@@ -241,17 +228,6 @@ TEST_F(Book, ADirectoryOrAMissingFileIsNoBook) {
   EXPECT_EQ(bookFile, nullptr);
 }
 
-TEST_F(Book, OwnBookOffClosesTheBook) {
-  useBook({{keyOf(startFen), moveField("e2e4"), 1}});
-  ownBook = 0;
-  openBook();
-  EXPECT_EQ(bookFile, nullptr);
-  EXPECT_EQ(probe(startFen), "none");
-  ownBook = 1;
-  openBook();
-  EXPECT_EQ(probe(startFen), "e2e4");
-}
-
 TEST_F(Book, MoreThanSixtyFourEntriesKeepTheFirstSixtyFour) {
   const uint64_t start = keyOf(startFen);
   std::vector<Entry> entries(64, Entry{start, moveField("e2e4"), 1});
@@ -268,17 +244,6 @@ TEST_F(Book, MoreThanSixtyFourEntriesKeepTheFirstSixtyFour) {
   useBook(entries);
   EXPECT_EQ(probe(startFen), "none");
   EXPECT_EQ(logCount("Hey, book seems broken\n"), 1);
-}
-
-TEST_F(Book, AFileRewrittenUnderTheEngineIsReadAsItNowIs) {
-  const uint64_t start = keyOf(startFen);
-  useBook({{start, moveField("e2e4"), 1}});
-  FILE* held = bookFile;
-  testbook::writeBook(path, {{start, moveField("c2c4"), 1}, {start + 1, moveField("a2a3"), 1}});
-  EXPECT_EQ(bookFile, held);
-  EXPECT_EQ(probe(startFen), "c2c4");
-  testbook::writeBook(path, {});
-  EXPECT_EQ(probe(startFen), "none");
 }
 
 TEST_F(Book, AFailedReadOrSeekEndsTheProgramWithItsMessage) {

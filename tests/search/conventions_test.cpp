@@ -15,48 +15,6 @@ Bitboard squares(std::initializer_list<const char*> names) {
   return b;
 }
 
-TEST(NodeParity, CountsTheDistanceFromTheNearestPvNode) {
-  Position p{};
-  p.pvPly = 0;
-  // A root move's child is searched at ply 1 below the root's pvPly of 0.
-  EXPECT_EQ(nodeParity(1, p), 1);
-  EXPECT_EQ(nodeParity(2, p), 0);
-  p.pvPly = 5;
-  EXPECT_EQ(nodeParity(5, p), 0);
-  EXPECT_EQ(nodeParity(8, p), 1);
-}
-
-TEST(MoveClass, CapturesEnPassantAndPromotionsSetTheFirstBit) {
-  Position parent{}, child{};
-  EXPECT_EQ(moveClass(parent, child, mv("g1", "f3")), 0);
-  EXPECT_EQ(moveClass(parent, child, mv("e2", "e4", KindDoubleStep)), 0);
-  EXPECT_EQ(moveClass(parent, child, castleWhiteShort), 0);
-  EXPECT_EQ(moveClass(parent, child, mv("e5", "d6", KindEnPassant)), moveClassCapture);
-  EXPECT_EQ(moveClass(parent, child, mv("e7", "e8", KindPromoteQueen)), moveClassCapture);
-  EXPECT_EQ(moveClass(parent, child, mv("e7", "e8", KindPromoteBishop)), moveClassCapture);
-  child.capturedPiece = Knight;
-  EXPECT_EQ(moveClass(parent, child, mv("c3", "d5")), moveClassCapture);
-}
-
-TEST(MoveClass, ChecksGivenAndEscapedSetTheirOwnBits) {
-  Position parent{}, child{};
-  child.inCheck = 1;
-  EXPECT_EQ(moveClass(parent, child, mv("f1", "b5")), moveClassChecking);
-  // A quiet check still counts as quiet under AND 5.
-  EXPECT_EQ(moveClass(parent, child, mv("f1", "b5")) & 5, 0);
-  parent.inCheck = 1;
-  child.inCheck = 0;
-  EXPECT_EQ(moveClass(parent, child, mv("e1", "f1")), moveClassEvasion);
-  child.capturedPiece = Pawn;
-  child.inCheck = 1;
-  EXPECT_EQ(moveClass(parent, child, mv("e1", "f2")), 7);
-}
-
-TEST(PasserSquares, NoEnemyPawnsLeaveTheWholeUpperThird) {
-  EXPECT_EQ(passerSquares(fromFen("4k3/8/8/8/8/8/4P3/4K3 w")), 0xffffff0000000000ULL);
-  EXPECT_EQ(passerSquares(fromFen("4k3/4p3/8/8/8/8/8/4K3 b")), 0x0000000000ffffffULL);
-}
-
 TEST(PasserSquares, EnemyPawnsGuardTheirFilesAndNeighboursTowardsUs) {
   Bitboard upper = 0xffffff0000000000ULL;
   // A black pawn on e7 guards d6, e6, f6 and everything below them; e7 and

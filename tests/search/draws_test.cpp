@@ -11,14 +11,6 @@ namespace {
 using testboard::fromFen;
 using testboard::mv;
 
-TEST(DrawnMaterial, BuildReductionTablesWritesTheElevenKeys) {
-  for (uint64_t& key : drawnMaterialKeys) key = 12345;
-  buildReductionTables();
-  EXPECT_EQ(drawnMaterialKeys[0], 0u);
-  EXPECT_EQ(drawnMaterialKeys[5], materialWeights[2] + materialWeights[10]);
-  EXPECT_EQ(drawnMaterialKeys[10], 2 * materialWeights[10]);
-}
-
 // A position reached after a quiet, unchecked parent.
 struct Node {
   Position parent{};
@@ -49,16 +41,6 @@ TEST(DrawnMaterial, MinorPiecesAloneAreDrawnAwayFromTheRoot) {
     Node n(fen);
     EXPECT_FALSE(isDrawnMaterial(n.position, 6)) << fen;
   }
-}
-
-TEST(DrawnMaterial, NotInCheckNorRightAfterACheck) {
-  buildReductionTables();
-  Node checked("8/8/8/4k3/8/3n4/8/4K3 w");  // Nd3+ against the king on e1
-  checked.position.inCheck = 1;
-  EXPECT_FALSE(isDrawnMaterial(checked.position, 5));
-  Node afterCheck("8/8/8/4k3/8/8/8/4K3 b");
-  afterCheck.parent.inCheck = 1;
-  EXPECT_FALSE(isDrawnMaterial(afterCheck.position, 5));
 }
 
 TEST(DrawValue, CountsFromTheRootSidesView) {
@@ -109,28 +91,6 @@ TEST_F(RepetitionTest, SecondOccurrenceWithTheSameSideToMoveIsADraw) {
   EXPECT_TRUE(repetitionDraw(knightDance(10)));
 }
 
-TEST_F(RepetitionTest, TheRecordFromTheFenEndsTheWalkBeforeItsKeyIsCompared) {
-  // Ng1 Ng8 brings back the starting key, but the root has no last move.
-  root(14);
-  play(11, mv("g1", "f3"), Knight);
-  play(12, mv("g8", "f6"), Knight);
-  play(13, mv("f3", "g1"), Knight);
-  EXPECT_FALSE(repetitionDraw(play(14, mv("f6", "g8"), Knight)));
-}
-
-TEST_F(RepetitionTest, OnlyEvenDistancesAreCompared) {
-  root(100);
-  play(1, mv("e2", "e4"), Pawn);
-  play(7, mv("g1", "f3"), Knight);
-  play(2, mv("g8", "f6"), Knight);
-  play(3, mv("f3", "g1"), Knight);
-  // Equal to the record three back: the other side was to move there.
-  EXPECT_FALSE(repetitionDraw(play(7, mv("f6", "g8"), Knight)));
-  // The child's own key and its parent's never count.
-  play(50, mv("b1", "c3"), Knight);
-  EXPECT_FALSE(repetitionDraw(play(50, mv("b8", "c6"), Knight)));
-}
-
 TEST_F(RepetitionTest, PawnMovesCapturesAndNullMovesEndTheWalk) {
   root(100);
   play(1, mv("e2", "e4"), Pawn);
@@ -153,16 +113,6 @@ TEST_F(RepetitionTest, PawnMovesCapturesAndNullMovesEndTheWalk) {
   play(13, mv("f3", "g1"), Knight);
   play(14, mv("g8", "f6"), Knight);
   EXPECT_FALSE(repetitionDraw(play(11, mv("g1", "f3"), Knight)));
-}
-
-TEST_F(RepetitionTest, CastlingDoesNotEndTheWalk) {
-  root(100);
-  play(1, mv("e2", "e4"), Pawn);
-  play(21, mv("g1", "f3"), Knight);
-  play(22, castleBlackShort, King);
-  play(23, mv("f3", "g1"), Knight);
-  play(24, mv("f8", "e8"), Rook);
-  EXPECT_TRUE(repetitionDraw(play(21, mv("g1", "f3"), Knight)));
 }
 
 TEST_F(RepetitionTest, HundredReversibleMovesAreADraw) {

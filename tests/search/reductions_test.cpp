@@ -65,18 +65,6 @@ TEST_F(ReductionTest, ThresholdZeroAndHundred) {
   expectSteps(reductionNode[2], nodeShallow, "node row 2 at 100");
 }
 
-TEST_F(ReductionTest, FirstRowsAndColumnZeroStayZero) {
-  build(0);
-  for (int m = 0; m < reductionColumns; ++m) {
-    EXPECT_EQ(reductionPv[0][m], 0u);
-    EXPECT_EQ(reductionNode[1][m], 0u);
-  }
-  for (int d = 0; d < reductionRows; ++d) {
-    EXPECT_EQ(reductionPv[d][0], 0u);
-    EXPECT_EQ(reductionNode[d][0], 0u);
-  }
-}
-
 TEST_F(ReductionTest, AccessorsDoubleTheIndexOnOddParityAndClampAtTheEdges) {
   build(10);
   // The third move at odd parity reads column 6.

@@ -106,14 +106,6 @@ TEST(EngineGo, DepthWithAClockIsAPureDepthSearch) {
   EXPECT_EQ(bestMoves(run.standardOutput).size(), 1u);
 }
 
-TEST(EngineGo, UnknownWordsAreSkippedAndMissingValuesIgnored) {
-  EngineSession engine(TARVOK_ENGINE_PATH);
-  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go fast depth 4 mate 2")));
-  EXPECT_NE(engine.transcript.find("info depth 4 time "), std::string::npos) << engine.transcript;
-  EXPECT_EQ(engine.transcript.find("info depth 5"), std::string::npos);
-  EXPECT_EQ(search(engine, "go searchmoves e2e4 depth"), "e2e4") << "the depth without value ends the list";
-}
-
 TEST(EngineGo, InfiniteWinsOverDepthAndRunsUntilStop) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("go infinite depth 3");
@@ -153,27 +145,6 @@ TEST(EngineGo, MultiPvReportsOneLineFirstThenThreeLinesAnIteration) {
   EXPECT_EQ(bestMoves(run.standardOutput), std::vector<std::string>{firstMovesByDepth[6][0]});
 }
 
-TEST(EngineGo, SearchMovesLimitTheRootMoves) {
-  EngineSession engine(TARVOK_ENGINE_PATH);
-  std::string best = search(engine, "go depth 5 searchmoves a2a3 h2h3");
-  EXPECT_TRUE(best == "a2a3" || best == "h2h3") << best;
-  for (const std::string& line : linesStartingWith(engine.transcript, "info depth 5 time")) {
-    std::string first = wordAfter(line, "pv");
-    EXPECT_TRUE(first == "a2a3" || first == "h2h3") << line;
-  }
-  EXPECT_EQ(search(engine, "go searchmoves g1f3 wtime 10 btime 10 depth 4"), "g1f3");
-}
-
-TEST(EngineGo, NegativeClockSearchesBriefly) {
-  auto start = Clock::now();
-  ProcessResult run = engine("position startpos moves d2d4\ngo wtime -20000 btime -20000 winc -100 binc -100\n");
-  ASSERT_FALSE(run.timedOut);
-  EXPECT_LT(secondsSince(start), 2.0) << "a negative clock is no time left, not a huge one";
-  std::vector<std::string> moves = bestMoves(run.standardOutput);
-  ASSERT_EQ(moves.size(), 1u);
-  EXPECT_TRUE(isLegalMove(startPositionFen, moves[0], {"d2d4"})) << moves[0];
-}
-
 TEST(EngineGo, PonderHoldsItsBestMoveUntilPonderHitAndCountsFromItsStart) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   // Goal 0.3 s, hard limit 1.5 s: both lie behind us when the ponderhit comes.
@@ -191,16 +162,6 @@ TEST(EngineGo, PonderHoldsItsBestMoveUntilPonderHitAndCountsFromItsStart) {
   engine.send("stop");
   best = engine.waitFor("bestmove", 2.0);
   EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(best, "bestmove"))) << best;
-}
-
-TEST(EngineGo, PonderOnAForcedMateWaitsForPonderHit) {
-  EngineSession engine(TARVOK_ENGINE_PATH);
-  engine.send("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - -");
-  engine.send("go ponder wtime 5000 btime 5000");
-  EXPECT_NE(engine.waitFor("info depth 1 time", 2.0), "");
-  EXPECT_EQ(engine.waitFor("bestmove", 0.5), "") << "the mate ends the deepening, not the pondering";
-  engine.send("ponderhit");
-  EXPECT_EQ(wordAfter(engine.waitFor("bestmove", 1.0), "bestmove"), "a1a8");
 }
 
 TEST(EngineGo, MoveTimeEndsWithinItsHardLimit) {

@@ -83,15 +83,6 @@ TEST(InputRing, LinesComeOutInOrderWithTheirEndings) {
   EXPECT_TRUE(inputFinished(*fed.ring));
 }
 
-TEST(InputRing, EmptyRingIsNotFinishedWhileInputIsOpen) {
-  PipeFedRing fed;
-  EXPECT_EQ(takeInputLine(*fed.ring), nullptr);
-  EXPECT_FALSE(inputFinished(*fed.ring));
-  fed.closeInput();
-  ASSERT_TRUE(fed.waitForEnd());
-  EXPECT_TRUE(inputFinished(*fed.ring));
-}
-
 TEST(InputRing, LongLineArrivesInPiecesOfTheReadLimit) {
   PipeFedRing fed;
   std::string longLine(20000, 'x');
@@ -105,17 +96,6 @@ TEST(InputRing, LongLineArrivesInPiecesOfTheReadLimit) {
   EXPECT_EQ(take(*fed.ring), longLine.substr(2 * piece) + "\n");
   EXPECT_EQ(take(*fed.ring), "isready\n");
   EXPECT_TRUE(inputFinished(*fed.ring));
-}
-
-TEST(InputRing, LineOfExactlyTheLimitLeavesItsEndingAsAnEmptyLine) {
-  PipeFedRing fed;
-  std::string line(readLimit - 1, 'y');
-  fed.write(line + "\n");
-  fed.closeInput();
-  ASSERT_TRUE(fed.waitForEnd());
-  EXPECT_EQ(take(*fed.ring), line);
-  EXPECT_EQ(take(*fed.ring), "\n");
-  EXPECT_EQ(take(*fed.ring), "<none>");
 }
 
 TEST(InputRing, FullRingMakesTheReaderWaitAndLosesNothing) {
@@ -153,13 +133,6 @@ TEST(InputRing, FullRingMakesTheReaderWaitAndLosesNothing) {
   writer.join();
   EXPECT_EQ(next, total);
   EXPECT_EQ(outOfOrder, 0);
-}
-
-TEST(InputRing, StoredLinesAreCutToTheirSlot) {
-  auto ring = std::make_unique<InputRing>();
-  std::string tooLong(slotBytes + 100, 'z');
-  storeInputLine(*ring, tooLong.c_str());
-  EXPECT_EQ(std::string(takeInputLine(*ring)), tooLong.substr(0, slotBytes - 1));
 }
 
 }  // namespace

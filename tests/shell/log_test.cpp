@@ -27,13 +27,6 @@ struct LogToTemporaryFile : testing::Test {
   }
 };
 
-TEST_F(LogToTemporaryFile, WritesFormattedTextAsItIs) {
-  logPrintf("uci -> %s\n", "isready");
-  logPrintf("Ponder set to %d\n", 0);
-  logPrintf("%8.1f|%-5s|%5d\n", 2.25, "e2e4", 17);
-  EXPECT_EQ(readBack(logFile), "uci -> isready\nPonder set to 0\n     2.2|e2e4 |   17\n");
-}
-
 TEST_F(LogToTemporaryFile, LongTextIsCutToTheBuffer) {
   std::string text(9000, 'q');
   text[8198] = 'A';
@@ -43,32 +36,6 @@ TEST_F(LogToTemporaryFile, LongTextIsCutToTheBuffer) {
   std::string written = readBack(logFile);
   ASSERT_EQ(written.size(), 8199u + 5u);
   EXPECT_EQ(written.substr(8190, 14), "qqqqqqqqAnext\n");
-}
-
-TEST(Log, WithoutAFileNothingHappens) {
-  FILE* saved = logFile;
-  logFile = nullptr;
-  logPrintf("%s\n", "lost");
-  openLog("/nonexistent-directory/tarvok.log");
-  EXPECT_EQ(logFile, nullptr) << "a log that can't be opened means no log";
-  logPrintf("%s\n", "still lost");
-  logFile = saved;
-}
-
-TEST(Log, OpenLogAppendsToAnExistingFile) {
-  char name[] = "/tmp/tarvok-log-XXXXXX";
-  int fd = mkstemp(name);
-  ASSERT_GE(fd, 0);
-  ASSERT_EQ(write(fd, "old\n", 4), 4);
-  close(fd);
-  FILE* saved = logFile;
-  openLog(name);
-  ASSERT_NE(logFile, nullptr);
-  logPrintf("new\n");
-  EXPECT_EQ(readBack(logFile), "old\nnew\n");
-  std::fclose(logFile);
-  logFile = saved;
-  std::remove(name);
 }
 
 }  // namespace

@@ -46,14 +46,6 @@ TEST(PositionCommand, SetsTheCheckFlagOfEveryNewRecord) {
   EXPECT_EQ(gameStack[3].inCheck, 0);
 }
 
-TEST(PositionCommand, ReadsOnlyTheFourFenFieldsAndFindsMovesBehindTheCounters) {
-  position("position fen 4k3/8/8/8/8/8/4P3/4K3 w - - 0 1 moves e2e4 e8d7");
-  EXPECT_EQ(gameLength, 2);
-  EXPECT_EQ(gameStack[0].hashKey, keyOf("4k3/8/8/8/8/8/4P3/4K3 w - -"));
-  position("position fen 4k3/8/8/8/8/8/4P3/4K3 b - - moves e8d8");
-  EXPECT_EQ(gameLength, 1);
-}
-
 TEST(PositionCommand, AnUnknownOrIllegalMoveEndsTheListAtTheLastGoodPosition) {
   position("position startpos moves e2e4 e7e5 e1e3 g1f3");
   EXPECT_EQ(gameLength, 2);

@@ -21,27 +21,4 @@ TEST(Tokenise, SplitsAtBlanksTabsAndLineEndsInPlace) {
   EXPECT_EQ(text[sizeof text - 2], '\0');
 }
 
-TEST(Tokenise, EmptyAndBlankTextsHaveNoWords) {
-  char empty[] = "";
-  char blanks[] = " \t \r\n ";
-  char* tokens[8];
-  EXPECT_EQ(tokenise(empty, tokens), 0);
-  EXPECT_EQ(tokenise(blanks, tokens), 0);
-}
-
-TEST(Tokenise, OtherCharactersBelongToWords) {
-  char text[] = "a,b\fc x";
-  char* tokens[8];
-  ASSERT_EQ(tokenise(text, tokens), 2);
-  EXPECT_STREQ(tokens[0], "a,b\fc");
-  EXPECT_STREQ(tokens[1], "x");
-}
-
-TEST(Tokenise, WorstCaseFillsOnePointerForEveryTwoCharacters) {
-  char text[] = "a b c d e f g h";
-  char* tokens[sizeof text / 2 + 1];
-  ASSERT_EQ(tokenise(text, tokens), 8);
-  EXPECT_STREQ(tokens[7], "h");
-}
-
 }  // namespace

@@ -39,10 +39,4 @@ TEST(BookKeyCommand, PrintsThePublishedKeysAsSixteenHexDigits) {
   }
 }
 
-TEST(BookKeyCommand, WithoutAPositionItExplainsItself) {
-  ProcessResult bare = runProgram(TARVOK_TOOL_PATH, {"bookkey"}, "");
-  EXPECT_EQ(bare.exitCode, 2);
-  EXPECT_NE(bare.standardError.find("usage"), std::string::npos);
-}
-
 }  // namespace

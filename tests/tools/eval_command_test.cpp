@@ -24,10 +24,4 @@ TEST(EvalCommand, PrintsTheValueOnTheLastLine) {
   EXPECT_EQ(lastLine(rook.standardOutput), "525");
 }
 
-TEST(EvalCommand, WithoutAPositionItExplainsItself) {
-  ProcessResult bare = runProgram(TARVOK_TOOL_PATH, {"eval"}, "");
-  EXPECT_EQ(bare.exitCode, 2);
-  EXPECT_NE(bare.standardError.find("usage"), std::string::npos);
-}
-
 }  // namespace

@@ -59,25 +59,6 @@ TEST(FingerprintsCommand, ShowsChosenRowsBesideTheReferenceAndCountsAgreement) {
                 std::to_string(nodes) + " of 2; nodes within 1%: " + std::to_string(near));
 }
 
-TEST(FingerprintsCommand, TheDefaultSeedNamedAloudChangesNothing) {
-  ProcessResult plain = runProgram(TARVOK_TOOL_PATH, {"fingerprints", "43"}, "", 60.0);
-  ProcessResult seeded = runProgram(TARVOK_TOOL_PATH, {"fingerprints", "--seed", "0x2545F4914F6CDD1D", "43"}, "", 60.0);
-  EXPECT_EQ(plain.exitCode, 0);
-  EXPECT_EQ(plain.standardOutput, seeded.standardOutput);
-  ProcessResult other = runProgram(TARVOK_TOOL_PATH, {"fingerprints", "--seed", "7", "43"}, "", 60.0);
-  EXPECT_EQ(other.exitCode, 0);
-  EXPECT_NE(other.standardOutput.find("# seed 0x0000000000000007"), std::string::npos) << other.standardOutput;
-}
-
-TEST(FingerprintsCommand, BadRowsAndSeedsAreRefused) {
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"fingerprints", "50"}, "").exitCode, 2);
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"fingerprints", "x"}, "").exitCode, 2);
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"fingerprints", "--seed"}, "").exitCode, 2);
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"fingerprints", "--seed", "12z", "3"}, "").exitCode, 2);
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"trace"}, "").exitCode, 2);
-  EXPECT_EQ(runProgram(TARVOK_TOOL_PATH, {"trace", "0", "8/8/8/8/8/8/8/K6k", "w", "-", "-"}, "").exitCode, 2);
-}
-
 TEST(TraceCommand, ARowEndsOnTheNodesOfItsFingerprint) {
   ProcessResult trace = runProgram(TARVOK_TOOL_PATH, {"trace", "43"}, "", 60.0);
   ProcessResult print = runProgram(TARVOK_TOOL_PATH, {"fingerprints", "43"}, "", 60.0);
@@ -92,21 +73,6 @@ TEST(TraceCommand, ARowEndsOnTheNodesOfItsFingerprint) {
   EXPECT_EQ(iterations[12][2], fingerprint[0][3]);  // score
   EXPECT_EQ(iterations[12][3], fingerprint[0][5]);  // nodes
   EXPECT_NE(lineStartingWith(trace.standardOutput, "nullMoveCutoffs "), "");
-}
-
-TEST(TraceCommand, AFenIsSearchedToTheDepthAskedAndCountedPerIteration) {
-  ProcessResult trace = runProgram(
-      TARVOK_TOOL_PATH, {"trace", "--iterations", "4", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", "w", "KQkq", "-"},
-      "", 60.0);
-  ASSERT_EQ(trace.exitCode, 0);
-  EXPECT_EQ(rowsOf(trace.standardOutput).size(), 4u) << trace.standardOutput;
-  // One column per iteration: the root passes of each iteration alone.
-  std::istringstream passes(lineStartingWith(trace.standardOutput, "rootPasses "));
-  std::string name;
-  int count = 0;
-  passes >> name;
-  for (int value; passes >> value; ++count) EXPECT_GE(value, 1);
-  EXPECT_EQ(count, 4);
 }
 
 }  // namespace
