@@ -49,9 +49,10 @@ EngineSession::~EngineSession() {
   }
 }
 
-void EngineSession::send(const std::string& line) {
-  std::string text = line + "\n";
-  if (input_ >= 0 && write(input_, text.data(), text.size()) < 0) closeInput();
+void EngineSession::send(const std::string& line) { write(line + "\n"); }
+
+void EngineSession::write(const std::string& text) {
+  if (input_ >= 0 && ::write(input_, text.data(), text.size()) < 0) closeInput();
 }
 
 void EngineSession::closeInput() {
@@ -97,6 +98,8 @@ int EngineSession::waitForExit(double seconds) {
   std::string line;
   while (output_ >= 0 && readLine(line, seconds - secondsSince(start))) {
   }
+  transcript += pending_;
+  pending_.clear();
   while (secondsSince(start) < seconds) {
     int status = 0;
     pid_t done = waitpid(child_, &status, WNOHANG);
@@ -106,5 +109,6 @@ int EngineSession::waitForExit(double seconds) {
     }
     usleep(1000);
   }
+  timedOut = true;
   return -1;
 }

@@ -17,14 +17,18 @@ class EngineSession {
   EngineSession& operator=(const EngineSession&) = delete;
 
   void send(const std::string& line);
+  // Writes text as it stands, without a line ending of its own.
+  void write(const std::string& text);
   void closeInput();
   // Reads lines until one starts with prefix; returns it, or "" after the
   // time limit. Every line read on the way is kept in transcript.
   std::string waitFor(const std::string& prefix, double seconds);
-  // Waits for the process to end; its exit code, or -1 on a time-out.
+  // Reads to the end of the output and waits for the process to end; its
+  // exit code, or -1 if it didn't exit normally or the time ran out first.
   int waitForExit(double seconds);
 
-  std::string transcript;
+  std::string transcript;  // a last line without line ending is added by waitForExit
+  bool timedOut = false;
 
  private:
   bool readLine(std::string& line, double seconds);
