@@ -8,10 +8,9 @@
 #include <sstream>
 #include <string>
 
+#include "../support/board_builder.h"
 #include "board/keys.h"
 #include "board/types.h"
-
-inline Square squareNamed(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 inline Position boardOf(const std::string& pieces, int toMove) {
   Position p{};
@@ -21,7 +20,7 @@ inline Position boardOf(const std::string& pieces, int toMove) {
   while (words >> word) {
     const int colour = std::isupper(static_cast<unsigned char>(word[0])) ? White : Black;
     const int piece = static_cast<int>(std::strchr(" pnbrqk", std::tolower(word[0])) - " pnbrqk");
-    const Bitboard bit = squareBit(squareNamed(word.c_str() + 1));
+    const Bitboard bit = squareBit(testboard::sq(word.c_str() + 1));
     p.pieces[colour][piece] |= bit;
     p.pieces[colour][0] |= bit;
     p.materialKey += materialWeights[colour * 8 + piece];

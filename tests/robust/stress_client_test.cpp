@@ -4,7 +4,6 @@
 // accepts with exactly one bestmove, and leave with code 0 on quit.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +16,7 @@
 #include <vector>
 
 #include "../shell/engine_session.h"
+#include "../support/book_writer.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
@@ -282,41 +282,23 @@ struct StressClient {
   }
 };
 
-// A book with moves for the start position and after 1.e4, behind some
-// records that no position has: the engine's book hits take part too.
-std::string writeBook() {
-  auto record = [](uint64_t key, int from, int to, int weight) {
-    std::string bytes;
-    for (int shift = 56; shift >= 0; shift -= 8) bytes += static_cast<char>(key >> shift);
-    int move = (to & 7) | (to >> 3) << 3 | (from & 7) << 6 | (from >> 3) << 9;
-    for (int value : {move >> 8, move, weight >> 8, weight, 0, 0, 0, 0}) bytes += static_cast<char>(value);
-    return bytes;
-  };
-  Position start, afterE4;
-  parseFen(start, startPositionFen);
-  parseFen(afterE4, "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3");
-  struct Entry {
-    uint64_t key;
-    int from, to, weight;
-  };
-  std::vector<Entry> entries = {{polyglotKey(start), 12, 28, 30}, {polyglotKey(start), 11, 27, 20},
-                                {polyglotKey(start), 6, 21, 10},  {polyglotKey(afterE4), 52, 36, 5},
-                                {polyglotKey(afterE4), 50, 34, 5}, {1, 0, 0, 1},
-                                {~uint64_t{0}, 1, 2, 3}};
-  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.key < b.key; });
+// A book with moves for the start position and after 1.e4, beside records
+// that no position has: the engine's book hits take part too.
+std::string writeStressBook() {
+  using testbook::moveField;
+  const uint64_t start = testbook::keyOf(startPositionFen);
+  const uint64_t afterE4 = testbook::keyOf("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3");
   std::string path = testing::TempDir() + "stress-book-" + std::to_string(getpid()) + ".bin";
-  FILE* file = std::fopen(path.c_str(), "wb");
-  for (const Entry& e : entries) {
-    std::string bytes = record(e.key, e.from, e.to, e.weight);
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-  }
-  std::fclose(file);
+  testbook::writeBook(path, {{start, moveField("e2e4"), 30}, {start, moveField("d2d4"), 20},
+                             {start, moveField("g1f3"), 10}, {afterE4, moveField("e7e5"), 5},
+                             {afterE4, moveField("c7c5"), 5}, {1, moveField("a1b1"), 1},
+                             {~uint64_t{0}, moveField("b1c1"), 3}});
   return path;
 }
 
 TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZero) {
   StressClient client;
-  client.bookPath = writeBook();
+  client.bookPath = writeStressBook();
   // What the engine writes to standard error is shown if the test fails: a
   // sanitizer's report, or the text of a stop.
   const std::string errorPath = testing::TempDir() + "stress-errors-" + std::to_string(getpid()) + ".txt";

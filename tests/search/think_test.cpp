@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 
+#include "../support/board_builder.h"
 #include "../support/evaluation_setup.h"
 #include "board/fen.h"
 #include "board/keys.h"
@@ -16,35 +18,21 @@
 
 namespace {
 
-Move word(const char* text) {
-  auto square = [](const char* s) { return (s[1] - '1') * 8 + (s[0] - 'a'); };
-  return makeMoveWord(square(text), square(text + 2));
-}
-
 TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
-  char text[scoreTextSize];
-  scoreToText(31999, text);
-  EXPECT_STREQ(text, "mate 1");
-  scoreToText(31997, text);
-  EXPECT_STREQ(text, "mate 2");
-  scoreToText(31993, text);
-  EXPECT_STREQ(text, "mate 4");
-  scoreToText(-32000, text);
-  EXPECT_STREQ(text, "mate -1");
-  scoreToText(-31998, text);
-  EXPECT_STREQ(text, "mate -1");
-  scoreToText(-31996, text);
-  EXPECT_STREQ(text, "mate -2");
   // 31800 stops the deepening but still prints as centipawns.
-  scoreToText(31800, text);
-  EXPECT_STREQ(text, "cp 31800");
-  scoreToText(-25, text);
-  EXPECT_STREQ(text, "cp -25");
+  const std::pair<int, const char*> cases[] = {{31999, "mate 1"},   {31997, "mate 2"},  {31993, "mate 4"},
+                                               {-32000, "mate -1"}, {-31998, "mate -1"}, {-31996, "mate -2"},
+                                               {31800, "cp 31800"}, {-25, "cp -25"}};
+  char text[scoreTextSize];
+  for (const auto& [score, expected] : cases) {
+    scoreToText(score, text);
+    EXPECT_STREQ(text, expected) << score;
+  }
 }
 
 TEST(PvText, EveryMoveIsFollowedByABlankAndTheFirstBecomesTheBestMove) {
   char text[400];
-  Move line[64] = {word("e2e4"), word("e7e5"), makeMoveWord(52, 60, KindPromoteKnight), 0};
+  Move line[64] = {testboard::mv("e2", "e4"), testboard::mv("e7", "e5"), makeMoveWord(52, 60, KindPromoteKnight), 0};
   pvToText(line, text);
   EXPECT_STREQ(text, "e2e4 e7e5 e7e8n ");
   EXPECT_STREQ(bestMoveText, "e2e4");

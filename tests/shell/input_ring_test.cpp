@@ -42,24 +42,23 @@ struct PipeFedRing {
     std::lock_guard<std::mutex> hold(ring->inputLock);
     return (ring->writeIndex - ring->readIndex + ringSlots) % ringSlots;
   }
-  // Waits for the reader to have stored this many unread lines.
-  bool waitForUnread(int count) {
+  // Polls for up to 5 s until the reader thread has made done() true.
+  template <typename Done>
+  static bool waitUntil(Done done) {
     auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (unread() < count)
+    while (!done())
       if (std::chrono::steady_clock::now() > deadline) return false;
       else std::this_thread::sleep_for(std::chrono::microseconds(200));
     return true;
   }
+  bool waitForUnread(int count) {
+    return waitUntil([&] { return unread() >= count; });
+  }
   bool waitForEnd() {
-    auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    for (;;) {
-      {
-        std::lock_guard<std::mutex> hold(ring->inputLock);
-        if (ring->inputEnded) return true;
-      }
-      if (std::chrono::steady_clock::now() > deadline) return false;
-      std::this_thread::sleep_for(std::chrono::microseconds(200));
-    }
+    return waitUntil([&] {
+      std::lock_guard<std::mutex> hold(ring->inputLock);
+      return ring->inputEnded != 0;
+    });
   }
 };
 
