@@ -16,36 +16,6 @@ Position fen(const char* text) {
   return p;
 }
 
-TEST(KingAttacked, AgreesWithTheAttackMapForEveryKingSquare) {
-  // Busy middlegame boards without a black king; the black king is tried on
-  // every empty square and both kings are asked about.
-  const char* boards[] = {
-      "r1bq1rn1/pp1nbppp/2p1p3/3pP3/2PP1P2/2N2N2/PP2B1PP/R1BQK2R w - -",
-      "2r2r2/1p1q1pp1/p2p1n1p/2pPp3/P1P1P1b1/2NB1N2/1P1Q1PPP/R3R1K1 w - -",
-      "8/2p5/3p4/KP5r/1R3p2/6P1/4P3/8 w - -",
-      "1q6/3n4/8/2B2R2/8/1b3Q2/4p3/N1K4r w - -",
-  };
-  int attackedCount = 0;
-  int safeCount = 0;
-  for (const char* board : boards) {
-    Position base = fen(board);
-    Bitboard empty = ~(base.pieces[White][0] | base.pieces[Black][0]);
-    for (Bitboard b = empty; b;) {
-      Square s = popLowest(b);
-      Position p = base;
-      p.pieces[Black][King] = squareBit(s);
-      p.pieces[Black][0] |= squareBit(s);
-      for (int colour = White; colour <= Black; ++colour) {
-        ASSERT_EQ(kingAttacked(p, colour), kingInAttackMap(p, colour)) << board << " king " << s;
-        (kingAttacked(p, colour) ? attackedCount : safeCount)++;
-      }
-    }
-  }
-  // Many placements are attacked and many are not: the sweep tests both answers.
-  EXPECT_GT(attackedCount, 40);
-  EXPECT_GT(safeCount, 40);
-}
-
 TEST(GivesCheck, DiscoveredChecks) {
   // The knight leaves the e-file: check by the rook, whether or not the
   // knight's new square attacks the king.

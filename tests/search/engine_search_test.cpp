@@ -12,21 +12,6 @@
 
 namespace {
 
-TEST(EngineSearch, DepthSearchReportsEachIterationAndALegalBestMove) {
-  ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "position startpos\ngo depth 7\n", 60.0);
-  ASSERT_FALSE(run.timedOut);
-  EXPECT_EQ(run.exitCode, 0);
-  for (int depth = 1; depth <= 7; ++depth)
-    EXPECT_NE(run.standardOutput.find("info depth " + std::to_string(depth) + "\n"), std::string::npos) << depth;
-  const std::regex iteration(R"(info depth 7 time \d+ nodes \d+ score cp -?\d+ nps \d+ pv ([a-h][1-8][a-h][1-8][qnrb]? )+)");
-  EXPECT_TRUE(std::regex_match(lastLineStartingWith(run.standardOutput, "info depth 7 time"), iteration))
-      << run.standardOutput;
-  EXPECT_NE(lastLineStartingWith(run.standardOutput, "info nodes "), "");
-  std::string best = lastLineStartingWith(run.standardOutput, "bestmove ");
-  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(best, "bestmove"))) << best;
-  EXPECT_NE(wordAfter(best, "ponder"), "") << best;
-}
-
 struct MateCase {
   const char* fen;
   const char* firstMove;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "../shell/engine_process.h"
+#include "../support/uci_lines.h"
 
 namespace {
 
@@ -20,13 +21,6 @@ std::vector<std::vector<std::string>> rowsOf(const std::string& output) {
     if (!fields.empty() && std::isdigit(static_cast<unsigned char>(fields[0][0]))) rows.push_back(fields);
   }
   return rows;
-}
-
-std::string lineStartingWith(const std::string& output, const std::string& prefix) {
-  std::istringstream lines(output);
-  for (std::string line; std::getline(lines, line);)
-    if (line.compare(0, prefix.size(), prefix) == 0) return line;
-  return "";
 }
 
 TEST(FingerprintsCommand, ShowsChosenRowsBesideTheReferenceAndCountsAgreement) {
@@ -54,25 +48,9 @@ TEST(FingerprintsCommand, ShowsChosenRowsBesideTheReferenceAndCountsAgreement) {
     EXPECT_EQ(row[8], std::string(row[1] == row[2] ? "M" : ".") + (row[3] == row[4] ? "S" : ".") +
                           (row[5] == row[6] ? "N" : "."));
   }
-  EXPECT_EQ(lineStartingWith(run.standardOutput, "agree:"),
+  EXPECT_EQ(lastLineStartingWith(run.standardOutput, "agree:"),
             "agree: move " + std::to_string(moves) + " score " + std::to_string(scores) + " nodes " +
                 std::to_string(nodes) + " of 2; nodes within 1%: " + std::to_string(near));
-}
-
-TEST(TraceCommand, ARowEndsOnTheNodesOfItsFingerprint) {
-  ProcessResult trace = runProgram(TARVOK_TOOL_PATH, {"trace", "43"}, "", 60.0);
-  ProcessResult print = runProgram(TARVOK_TOOL_PATH, {"fingerprints", "43"}, "", 60.0);
-  ASSERT_EQ(trace.exitCode, 0);
-  EXPECT_EQ(lineStartingWith(trace.standardOutput, "reference "), "reference c6b5 -25 113029");
-  auto iterations = rowsOf(trace.standardOutput);
-  ASSERT_EQ(iterations.size(), 13u) << trace.standardOutput;
-  auto fingerprint = rowsOf(print.standardOutput);
-  ASSERT_EQ(fingerprint.size(), 1u);
-  EXPECT_EQ(iterations[12][0], "13");
-  EXPECT_EQ(iterations[12][1], fingerprint[0][1]);  // move
-  EXPECT_EQ(iterations[12][2], fingerprint[0][3]);  // score
-  EXPECT_EQ(iterations[12][3], fingerprint[0][5]);  // nodes
-  EXPECT_NE(lineStartingWith(trace.standardOutput, "nullMoveCutoffs "), "");
 }
 
 }  // namespace
