@@ -150,7 +150,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!batchMode && multiPv < 2 && halfDepth > 4) printIterationLine(halfDepth, value, line);
+      if (!batchMode && multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;

@@ -15,6 +15,7 @@
 #include "moves/picker.h"
 #include "search/book.h"
 #include "search/hash_table.h"
+#include "search/playable_line.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_trace.h"
@@ -27,7 +28,7 @@
 int32_t hardTimePercent = 500;
 int32_t goalReached = 0;
 int32_t firstSearchPending = 1;
-char bestMoveText[8] = "ZZZZ";
+SearchReport searchReport;
 double depthTime[32];
 uint64_t depthNodes[32];
 int32_t depthScore[32];
@@ -103,16 +104,12 @@ AspirationWindow widenWindow(AspirationWindow window, int value) {
 
 void pvToText(const Move* line, char* text) {
   text[0] = 0;
-  std::strcpy(bestMoveText, "ZZZZ");
   size_t used = 0;
-  char move[8];
   for (int i = 0; i < lineLength && line[i] != 0; ++i) {
-    moveToText(line[i], move);
-    std::memcpy(text + used, move, std::strlen(move));
-    used += std::strlen(move);
+    moveToText(line[i], text + used);
+    used += std::strlen(text + used);
     text[used++] = ' ';
     text[used] = 0;
-    if (i == 0) std::strcpy(bestMoveText, move);
   }
 }
 
@@ -125,21 +122,24 @@ void scoreToText(int score, char* text) {
   }
 }
 
-void printIterationLine(int depth, int score, const Move* line) {
+void printIterationLine(const Position& root, int depth, int score, const Move* line) {
   double elapsed = elapsedSince(searchStartTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
   char scoreText[scoreTextSize];
   char lineText[lineLength * 6 + 1];
+  Move shown[lineLength];
+  playableLine(root, line, shown);
   scoreToText(score, scoreText);
-  pvToText(line, lineText);
+  pvToText(shown, lineText);
   std::printf("info depth %d time %d nodes %" PRIu64 " score %s nps %" PRIu64 " pv %s\n", depth,
               static_cast<int>(1000 * elapsed), nodeCount, scoreText, static_cast<uint64_t>(nodeCount / rateTime),
               lineText);
   std::fflush(stdout);
+  searchReport.lastShownMove = shown[0];
 }
 
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
+int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime) {
   // Preparation.
   if (batchMode) deterministic = 1;
   pollingHeld = 1;
@@ -185,21 +185,28 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
   searchStartTime = clock(wholeSecondClock);
   hardTimeLimit = searchStartTime + hardTimePercent * 0.01 * goalSeconds;
   double softLimit = searchStartTime + 0.75 * goalSeconds;
+  // A fixed time per move is spent whole: the deepening never stops early on
+  // a stable best move, and the goal itself is the hard limit.
+  if (exactTime) {
+    hardTimeLimit = searchStartTime + goalSeconds;
+    softLimit = hardTimeLimit;
+  }
+  searchReport = SearchReport{};
 
   logBoard(root);
   logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
   logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
 
-  static char ponderText[8];
   static char fullMoveList[moveListCapacity];
   static char workingList[moveListCapacity];
   static char lineText[lineLength * 6 + 1];
-  ponderText[0] = 0;
   std::snprintf(fullMoveList, sizeof fullMoveList, "%s", moveList);
   double bestMoveShare = 0.5;
   Move bestLine[lineLength] = {};
+  Move playable[lineLength];
   int score = 0;
   int filledRows = 0;
+  int finishedDepth = 0;
 
   for (int depth = 1;; ++depth) {
     uint64_t firstMoveNodes = 0;
@@ -209,7 +216,6 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
       if (bookMove) {
         bestLine[0] = bookMove;
         bestLine[1] = 0;
-        pvToText(bestLine, lineText);
         score = 0;
         break;
       }
@@ -243,7 +249,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
 
       // A stable best move that took nearly all the nodes lets the search
       // stop early; a change of mind gives it more time.
-      if (depth > 4 && !stopSearch) {
+      if (depth > 4 && !stopSearch && !exactTime) {
         if (bestLine[0] == moveByDepth[depth - 1]) {
           double percent = (102 - 100 * bestMoveShare) * 2.5;
           softLimit = searchStartTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
@@ -275,8 +281,10 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
           rows[j] = swap;
         }
     for (int i = 0; i < shown; ++i) {
-      pvToText(rows[i].line, lineText);
       if (multiPv > 1) {
+        playableLine(root, rows[i].line, playable);
+        pvToText(playable, lineText);
+        if (i == 0) searchReport.lastShownMove = playable[0];
         std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
                     rows[i].score, depth, rows[i].timeMs, iterationNodes,
                     static_cast<uint64_t>(iterationNodes / (rows[i].timeMs * 0.001 + 0.0001)), lineText);
@@ -285,8 +293,6 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
     }
 
     copyLine(bestLine, rows[0].line);
-    pvToText(bestLine, lineText);
-    if (bestLine[0] && bestLine[1]) moveToText(bestLine[1], ponderText);
     score = rows[0].score;
     if (stopSearch) {
       logPrintf("search aborted\n");
@@ -296,8 +302,9 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
     double elapsed = elapsedSince(searchStartTime);
     if (elapsed < 0.0001) elapsed = 0.0001;
     uint64_t nodes = nodeCount;
-    pvToText(bestLine, lineText);
-    if (bestLine[0] && bestLine[1]) moveToText(bestLine[1], ponderText);
+    finishedDepth = depth;
+    playableLine(root, bestLine, playable);
+    pvToText(playable, lineText);
     logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
               score * 0.01, lineText);
     if (batchMode) {
@@ -309,7 +316,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
         depthTrace[depth] = searchTrace;
       }
     } else {
-      printIterationLine(depth, score, bestLine);
+      printIterationLine(root, depth, score, bestLine);
     }
 
     if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = 1;
@@ -333,15 +340,26 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList) {
     logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", etableHits,
               etableProbes, rate);
   }
+  // bestmove names the first move of the last finished iteration and ponder
+  // the second, from the line as it can be replayed. A client checks both
+  // against the line it was shown last: when a better move of an iteration
+  // that was then cut short was printed, the line of the answer goes out
+  // again. A root without a legal move answers with the null move.
+  playableLine(root, bestLine, playable);
+  char bestText[8] = "0000";
+  char ponderText[8] = "";
+  if (playable[0]) moveToText(playable[0], bestText);
+  if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
+  if (searchReport.lastShownMove != 0 && searchReport.lastShownMove != playable[0])
+    printIterationLine(root, finishedDepth, score, bestLine);
+  std::printf("info nodes %" PRIu64 "\n", nodeCount);
+  logPrintf("info nodes %" PRIu64 "\n", nodeCount);
   if (ponderText[0]) {
-    std::printf("info nodes %" PRIu64 "\n", nodeCount);
-    std::printf("bestmove %s ponder %s\n", bestMoveText, ponderText);
-    logPrintf("info nodes %" PRIu64 "\n", nodeCount);
-    logPrintf("bestmove %s ponder %s\n", bestMoveText, ponderText);
+    std::printf("bestmove %s ponder %s\n", bestText, ponderText);
+    logPrintf("bestmove %s ponder %s\n", bestText, ponderText);
   } else {
-    logPrintf("bestmove %s\n", bestMoveText);
-    std::printf("info nodes %" PRIu64 "\n", nodeCount);
-    std::printf("bestmove %s\n", bestMoveText);
+    std::printf("bestmove %s\n", bestText);
+    logPrintf("bestmove %s\n", bestText);
   }
   std::fflush(stdout);
   return score;

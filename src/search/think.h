@@ -11,7 +11,12 @@ constexpr int moveListCapacity = 4096;
 extern int32_t hardTimePercent;     // hard limit as a percentage of the goal
 extern int32_t goalReached;
 extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
-extern char bestMoveText[8];
+
+// What the client has been shown of the running search.
+struct SearchReport {
+  Move lastShownMove;  // first move of the last line printed; 0 before any
+};
+extern SearchReport searchReport;
 
 // Results of each iteration, kept only in batch mode.
 extern double depthTime[32];
@@ -21,8 +26,10 @@ extern Move depthMove[32];
 
 // Searches root to maxDepth iterations or until the clock says stop, and
 // prints bestmove (not in batch mode). moveList holds the moves to search,
-// blank-separated; empty means all legal moves. Returns the final score.
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList);
+// blank-separated; empty means all legal moves. With exactTime the search
+// spends goalSeconds whole and never more (a fixed time per move). Returns
+// the final score.
+int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime = false);
 
 struct AspirationWindow {
   int alpha;
@@ -33,8 +40,7 @@ struct AspirationWindow {
 // failed, and the side that failed is reopened by one point only.
 AspirationWindow widenWindow(AspirationWindow window, int value);
 
-// Writes the moves of line as text, each followed by a blank, and sets
-// bestMoveText from the first ("ZZZZ" for an empty line).
+// Writes the moves of line as text, each followed by a blank.
 void pvToText(const Move* line, char* text);
 
 constexpr int scoreTextSize = 24;
@@ -43,5 +49,6 @@ constexpr int scoreTextSize = 24;
 // scoreTextSize bytes.
 void scoreToText(int score, char* text);
 
-// The info line of a finished iteration or of a new best root move.
-void printIterationLine(int depth, int score, const Move* line);
+// The info line of a finished iteration or of a new best root move; it shows
+// the playable part of line from root.
+void printIterationLine(const Position& root, int depth, int score, const Move* line);

@@ -18,6 +18,7 @@ namespace {
 
 constexpr double yearSeconds = 31622400.0;  // 366 days: no time limit in practice
 constexpr uint64_t noNodeLimit = ~uint64_t{0};
+constexpr double minimalGoal = 0.001;  // a fixed time below the overhead still searches one iteration
 
 // A number too large either way saturates; a token that isn't a number reads as 0.
 long long readNumber(const char* text) { return std::strtoll(text, nullptr, 10); }
@@ -127,14 +128,17 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
 
 SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
   if (request.depth > 0 || request.infiniteSearch)
-    return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth};
+    return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth, false};
   if (request.moveTime != 0.0) {
+    // A fixed time per move, as UCI means it: the whole time less what the
+    // answer needs to reach the client, and never more.
     logPrintf("Time Left: %8.1f\n", request.moveTime);
-    return {request.moveTime, deepestSearch};
+    const double goal = request.moveTime - overhead;
+    return {goal > minimalGoal ? goal : minimalGoal, deepestSearch, true};
   }
-  if (request.nodeLimit != noNodeLimit) return {yearSeconds, deepestSearch};
+  if (request.nodeLimit != noNodeLimit) return {yearSeconds, deepestSearch, false};
   return {timeBudget(request.remaining[side], request.increment[side], request.movesToGo, request.depth, overhead),
-          deepestSearch};
+          deepestSearch, false};
 }
 
 void goCommand(char** tokens, int count) {
@@ -148,7 +152,7 @@ void goCommand(char** tokens, int count) {
 
   searchRunning = 1;
   searchNeedsCommand = request.infiniteSearch;
-  think(root, plan.goal, plan.maxDepth, request.searchMoves);
+  think(root, plan.goal, plan.maxDepth, request.searchMoves, plan.exactTime);
   searchRunning = 0;
   searchNeedsCommand = 0;
 }

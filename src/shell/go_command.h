@@ -34,8 +34,9 @@ struct GoRequest {
 void readGoWords(char** tokens, int count, GoRequest& request);
 
 struct SearchPlan {
-  double goal;   // seconds
-  int maxDepth;  // last iteration
+  double goal;     // seconds
+  int maxDepth;    // last iteration
+  bool exactTime;  // the goal is a fixed time to spend whole (movetime)
 };
 
 // The kind of search a request asks for and its time goal, for the side to

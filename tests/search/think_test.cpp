@@ -30,16 +30,14 @@ TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
   }
 }
 
-TEST(PvText, EveryMoveIsFollowedByABlankAndTheFirstBecomesTheBestMove) {
+TEST(PvText, EveryMoveIsFollowedByABlank) {
   char text[400];
   Move line[64] = {testboard::mv("e2", "e4"), testboard::mv("e7", "e5"), makeMoveWord(52, 60, KindPromoteKnight), 0};
   pvToText(line, text);
   EXPECT_STREQ(text, "e2e4 e7e5 e7e8n ");
-  EXPECT_STREQ(bestMoveText, "e2e4");
   Move empty[64] = {0};
   pvToText(empty, text);
   EXPECT_STREQ(text, "");
-  EXPECT_STREQ(bestMoveText, "ZZZZ");
 }
 
 TEST(AspirationWindow, WidensByHalfItsWidthBeyondTheFailedBound) {

@@ -1,0 +1,66 @@
+#include "search/playable_line.h"
+
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "moves/generate.h"
+#include "search/conventions.h"
+#include "shell/search_flags.h"
+
+namespace {
+
+// Plays move into child if it is one of the position's legal moves.
+bool playIfLegal(const Position& position, Move move, Position& child) {
+  Move list[maxGeneratedMoves];
+  const int count = generateAllMoves(position, list);
+  for (int i = 0; i < count; ++i) {
+    if (list[i] != move) continue;
+    makeMove(position, child, move);
+    const int us = sideToMove(position);
+    if (kingAttacked(child, us)) return false;
+    child.inCheck = kingAttacked(child, us ^ 1);
+    return true;
+  }
+  return false;
+}
+
+bool irreversible(const Position& record) {
+  return record.lastMove == 0 || record.capturedPiece != 0 || record.movedPiece == Pawn;
+}
+
+// Whether the game, as a client keeps it, may end with the move that made
+// child: its position stood before with the same side to move since the last
+// capture or pawn move (the first repetition already scores as a draw in the
+// search), or 100 moves in a row were neither. Unlike the searches' own test
+// this one also looks at the record the game was set up from.
+bool endsInDraw(const Position& child) {
+  int reversible = 0;
+  const Position* record = &child;
+  while (!irreversible(*record) && record->previous != nullptr) {
+    record = record->previous;
+    ++reversible;
+    if ((reversible & 1) == 0 && record->hashKey == child.hashKey) return true;
+  }
+  return reversible >= 100;
+}
+
+}  // namespace
+
+int playableLine(const Position& root, const Move* line, Move* playable) {
+  // makeMove counts every record it makes; a report must not move the
+  // search's node count, or the node limit and the printed totals would
+  // depend on how often the search was reported.
+  const uint64_t nodesBefore = nodeCount;
+  Position records[lineLength];
+  const Position* current = &root;
+  int length = 0;
+  while (length < lineLength - 1 && line[length] != 0) {
+    Position& child = records[length];
+    if (!playIfLegal(*current, line[length], child)) break;
+    playable[length++] = child.lastMove;
+    if (endsInDraw(child)) break;
+    current = &child;
+  }
+  playable[length] = 0;
+  nodeCount = nodesBefore;
+  return length;
+}
