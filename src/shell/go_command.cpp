@@ -58,19 +58,36 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead, bool hal
   return goal > floor ? goal : floor;
 }
 
-double gameBudget(double timeLeft, double increment, double overhead) {
-  double base;
-  double reserve;
-  if (increment > 0.00001) {
-    base = (timeLeft - increment) / 30 + 0.95 * increment;
-    reserve = timeLeft / increment + 2.0 < 5.0 ? timeLeft / increment + 2.0 : 5.0;
-    hardTimePercent = static_cast<int32_t>(100 * reserve);
-  } else {
-    base = (timeLeft - increment) * 0.02 + 0.95 * increment;
-    reserve = 5.0;
-  }
-  double goal = timeLeft / (reserve * 1.1) < base ? timeLeft / (reserve * 1.1) : base;
-  goal -= overhead;
+// A clock with increment. The goal spends a thirtieth of the spare time and
+// most of the increment, where the spare time is what the clock holds beyond
+// a reserve that no move may touch: five increments and fifteen move
+// overheads (0.55 s at 5 s + 0.05 s with the default overhead). On a busy
+// machine a move can take a good deal longer than the search asked for, since
+// the engine doesn't always get the processor; the reserve is there to absorb
+// that, and a clock spent down to a couple of increments, where the goal
+// alone would settle, has nothing left to absorb it with. Below the reserve
+// the goal takes less than the increment, so the clock grows back, and the
+// hard limit never reaches into more than half of the spare time.
+double incrementBudget(double timeLeft, double increment, double overhead) {
+  const double reserve = 5.0 * increment + 15.0 * overhead;
+  const double spare = timeLeft > reserve ? timeLeft - reserve : 0.0;
+  const double share = timeLeft < reserve ? timeLeft / reserve : 1.0;
+  double goal = spare / 30 + 0.95 * increment * share - overhead;
+  if (goal < 0.002) goal = 0.002;
+  // The hard limit: up to five goals while the clock holds more than three
+  // increments, fewer below, but never more than half of the spare time.
+  const double multiple = timeLeft / increment + 2.0 < 5.0 ? timeLeft / increment + 2.0 : 5.0;
+  double hard = multiple * goal < 0.5 * spare ? multiple * goal : 0.5 * spare;
+  if (hard < goal) hard = goal;
+  hardTimePercent = static_cast<int32_t>(100 * hard / goal + 0.5);
+  logPrintf("We have %8.1f seconds for the game.  %8.1f goal set\n", timeLeft, goal);
+  return goal;
+}
+
+// Sudden death: a fiftieth of the clock each move. The hard limit stays what
+// the last budget made it.
+double suddenDeathBudget(double timeLeft, double overhead) {
+  double goal = timeLeft * 0.02 - overhead;
   if (goal < 0.002) goal = 0.002;
   logPrintf("We have %8.1f seconds for the game.  %8.1f goal set\n", timeLeft, goal);
   return goal;
@@ -81,7 +98,8 @@ double gameBudget(double timeLeft, double increment, double overhead) {
 double timeBudget(double timeLeft, double increment, int movesToGo, int depth, double overhead) {
   if (movesToGo != 0) return movesToGoBudget(timeLeft, movesToGo, overhead, false);
   if (depth != 0) return movesToGoBudget(timeLeft, 0, overhead, true);
-  return gameBudget(timeLeft, increment, overhead);
+  if (increment > 0.00001) return incrementBudget(timeLeft, increment, overhead);
+  return suddenDeathBudget(timeLeft, overhead);
 }
 
 void readGoWords(char** tokens, int count, GoRequest& request) {

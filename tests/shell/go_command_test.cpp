@@ -43,8 +43,11 @@ TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
     const char* logLine;
   };
   const Case cases[] = {
-      {60, 1, 0, 2.8967, 500, "We have     60.0 seconds for the game.       2.9 goal set\n"},
-      {2, 1, 0, 0.4345, 400, "We have      2.0 seconds for the game.       0.4 goal set\n"},
+      {60, 1, 0, 2.7533, 500, "We have     60.0 seconds for the game.       2.8 goal set\n"},
+      // Below the reserve of five increments and fifteen overheads: less than
+      // the increment, and no more than the goal.
+      {2, 1, 0, 0.3385, 100, "We have      2.0 seconds for the game.       0.3 goal set\n"},
+      {5, 0.05, 0, 0.1758, 500, "We have      5.0 seconds for the game.       0.2 goal set\n"},
       {300, 0, 0, 5.98, 321, "We have    300.0 seconds for the game.       6.0 goal set\n"},
       {60, 0, 30, 1.855, 504, "We have     60.0 seconds to make 30 moves =      1.9 goal\n"},
       {10, 0, 1, 3.3133, 135, "We have     10.0 seconds to make 1 moves =      3.3 goal\n"},
@@ -57,6 +60,26 @@ TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
     expectedLog += c.logLine;
   }
   EXPECT_EQ(logText(), expectedLog);
+}
+
+// A busy machine: every move runs to its hard limit, and every tenth (or
+// twentieth) the engine doesn't get the processor for a while on top. The
+// reserve the budget keeps must absorb that over a long game.
+TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
+  struct Case {
+    double base, increment, delay;
+    int every;
+  };
+  const Case cases[] = {{5, 0.05, 0.3, 10}, {10, 0.1, 0.3, 10}, {2, 0.02, 0.2, 20}, {60, 1, 1.5, 10}};
+  for (const Case& c : cases) {
+    double clock = c.base;
+    for (int move = 1; move <= 300; ++move) {
+      const double goal = timeBudget(clock, c.increment, 0, 0, 0.02);
+      clock -= goal * hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
+      ASSERT_GT(clock, 0.0) << c.base << "+" << c.increment << " lost on time at move " << move;
+      clock += c.increment;
+    }
+  }
 }
 
 TEST(GoWords, NegativeValuesCountAsNoTimeOrAsAbsent) {

@@ -81,8 +81,8 @@ TEST(EngineGo, ClockBudgetsOfTheWorkedExamplesShowInTheLog) {
   EXPECT_EQ(engine.transcript.find("refused"), std::string::npos);
   EXPECT_EQ(linesStartingWith(log.text(), "We have "),
             (std::vector<std::string>{
-                "We have     60.0 seconds for the game.       2.9 goal set",
-                "We have      2.0 seconds for the game.       0.4 goal set",
+                "We have     60.0 seconds for the game.       2.8 goal set",
+                "We have      2.0 seconds for the game.       0.3 goal set",
                 "We have    300.0 seconds for the game.       6.0 goal set",
                 "We have     60.0 seconds to make 30 moves =      1.9 goal",
                 "We have     10.0 seconds to make 1 moves =      3.3 goal",
