@@ -43,10 +43,11 @@ run: all
 install: all
 	cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
 
-# Removes the files the last `make install` listed in its manifest.
+# Removes the files the last `make install` listed in its manifest (which
+# CMake ends without a newline: the last line counts too).
 uninstall:
 	@test -f $(BUILD_DIR)/install_manifest.txt || { echo "nothing to uninstall: no $(BUILD_DIR)/install_manifest.txt"; exit 1; }
-	while IFS= read -r file; do rm -fv "$$file"; done < $(BUILD_DIR)/install_manifest.txt
+	while IFS= read -r file || [ -n "$$file" ]; do rm -fv "$$file"; done < $(BUILD_DIR)/install_manifest.txt
 	rm -f $(BUILD_DIR)/install_manifest.txt
 
 test: $(BUILD_DIR)/build.ninja
