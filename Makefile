@@ -1,38 +1,66 @@
-# Thin wrapper around CMake: `make` builds Release into build/,
-# `make run` starts the engine, `make test` runs every test,
-# `make test-sanitize` runs every test again under AddressSanitizer and
-# UndefinedBehaviorSanitizer (build-sanitize/), `make fuzz` builds the
-# libFuzzer targets with clang (build-fuzz/),
+# Thin wrapper around CMake: `make` builds the engine and the developer
+# tool (Release, build/), `make run` starts the engine, `make install
+# [PREFIX=/usr/local]` installs both into PREFIX/bin and `make uninstall`
+# removes them again, `make test` builds the tests and runs them all (needs
+# GoogleTest), `make test-sanitize` runs every test again under
+# AddressSanitizer and UndefinedBehaviorSanitizer (build-sanitize/),
+# `make fuzz` builds the libFuzzer targets with clang (build-fuzz/),
 # `make fingerprints [ROWS="0 7"]` compares the self-test searches with the
 # reference.
+#
+# CMAKE_ARGS is passed to CMake when a build directory is configured, for
+# example CMAKE_ARGS=-DCMAKE_DISABLE_FIND_PACKAGE_GTest=TRUE to build as on
+# a machine without GoogleTest. With CI=true in the environment, warnings
+# are errors in every build directory configured.
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
 JOBS ?= 2
+PREFIX ?= /usr/local
+CMAKE_ARGS ?=
 
-.PHONY: all run test test-sanitize fuzz fingerprints clean
+ifeq ($(CI),true)
+WERROR := -DTARVOK_WERROR=ON
+endif
 
+# $(call configure,DIR,ARGS): configure build directory DIR with ARGS.
+configure = cmake -S . -B $(1) -G Ninja $(2) $(WERROR) $(CMAKE_ARGS)
+# $(call build-tests,DIR): build the tests of DIR and run them all.
+build-tests = cmake --build $(1) -j$(JOBS) --target tarvok-tests && cd $(1) && ctest --output-on-failure
+
+.PHONY: all run install uninstall test test-sanitize fuzz fingerprints clean
+
+# The play build: what `make run` starts and `make install` installs.
 all: $(BUILD_DIR)/build.ninja
 	cmake --build $(BUILD_DIR) -j$(JOBS)
 
 $(BUILD_DIR)/build.ninja:
-	cmake -S . -B $(BUILD_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release
+	$(call configure,$(BUILD_DIR),-DCMAKE_BUILD_TYPE=Release)
 
 run: all
 	./$(BUILD_DIR)/tarvok
 
-test: all
-	cd $(BUILD_DIR) && ctest --output-on-failure
+install: all
+	cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
+
+# Removes the files the last `make install` listed in its manifest (which
+# CMake ends without a newline: the last line counts too).
+uninstall:
+	@test -f $(BUILD_DIR)/install_manifest.txt || { echo "nothing to uninstall: no $(BUILD_DIR)/install_manifest.txt"; exit 1; }
+	while IFS= read -r file || [ -n "$$file" ]; do rm -fv "$$file"; done < $(BUILD_DIR)/install_manifest.txt
+	rm -f $(BUILD_DIR)/install_manifest.txt
+
+test: $(BUILD_DIR)/build.ninja
+	$(call build-tests,$(BUILD_DIR))
 
 $(SANITIZE_DIR)/build.ninja:
-	cmake -S . -B $(SANITIZE_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Sanitize
+	$(call configure,$(SANITIZE_DIR),-DCMAKE_BUILD_TYPE=Sanitize)
 
 test-sanitize: $(SANITIZE_DIR)/build.ninja
-	cmake --build $(SANITIZE_DIR) -j$(JOBS)
-	cd $(SANITIZE_DIR) && ctest --output-on-failure
+	$(call build-tests,$(SANITIZE_DIR))
 
 $(FUZZ_DIR)/build.ninja:
-	cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON
+	$(call configure,$(FUZZ_DIR),-DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON)
 
 fuzz: $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j$(JOBS)
