@@ -22,10 +22,16 @@
 
 namespace {
 
+// A default size the memory can't give leaves the engine without a table,
+// and the uci answer says Hash 0.
+void allocateStartTable() {
+  if (hashSizeMb != 0 && !hashAllocate(hashSizeMb)) hashSizeMb = 0;
+}
+
 [[noreturn]] void runUciMode() {
   initEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  allocateStartTable();
   startInputReader();
   runUciLoop();
 }
@@ -34,7 +40,7 @@ int runSelfTestMode() {
   batchMode = 1;
   initEvaluation();
   startInputReader();
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  allocateStartTable();
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
   return runSelfTest();
 }
@@ -44,7 +50,7 @@ int runMakeTestDataMode() {
   initEvaluation();
   startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  allocateStartTable();
   return makeTestData();
 }
 

@@ -41,7 +41,7 @@ void printUciAnswer() {
   std::printf("id name %s %s\n", engineName, engineVersion);
   std::printf("id author Orin Tessaly, Quill Marrow\n");
   std::printf("option name Ponder type check default true\n");
-  std::printf("option name Hash type spin default %d min 0 max 4096\n", hashSizeMb);
+  std::printf("option name Hash type spin default %d min 0 max %d\n", hashSizeMb, maxHashMb);
   std::printf("option name OwnBook type check default %s\n", checkText(ownBook));
   std::printf("option name MultiPV type spin default %d min 1 max 99\n", multiPv);
   std::printf("option name Book File type string default %s\n", bookFileName);

@@ -186,8 +186,8 @@ struct StressClient {
   }
 
   std::string setoptionLine() {
-    // Sizes the machine can give: a size beyond memory is a deliberate stop
-    // with "Hash table too big", tested on its own.
+    // Sizes the machine gives at once: a size beyond memory, which keeps the
+    // table in use, is tested on its own.
     static const char* const hashValues[] = {"-1", "0", "1", "2", "4", "16", "x", "", "-99999999999999999999",
                                              "-4294967297", "1e3", "0x10", "  8", "17"};
     static const char* const spinNames[] = {"Red depth threshold", "King Safety Aggressiveness", "Drawscore",

@@ -264,4 +264,48 @@ TEST(EngineOptions, HashZeroTurnsTheTableOffAndTheEngineStillPlays) {
             std::vector<std::string>{"option name Hash type spin default 1 min 0 max 4096"});
 }
 
+TEST(EngineOptions, SpinValuesBeyondTheirRangesAreHeldToTheNearerEnd) {
+  // A draw worth more than a mate made the search of bare kings endless, and
+  // the most negative 32-bit value overflowed when the draw value was negated.
+  ProcessResult run = engine("setoption name Drawscore value 32001\n"
+                             "setoption name King Safety Aggressiveness value -7\n"
+                             "setoption name Red depth threshold value 2147483648\n"
+                             "setoption name move overhead milliseconds value -2147483648\n"
+                             "uci\n"
+                             "position fen 8/8/8/4k3/8/8/8/4K3 w - - 0 1\n"
+                             "go depth 6\n"
+                             "setoption name Drawscore value -2147483648\n"
+                             "go depth 6\n",
+                             {}, 20.0);
+  ASSERT_FALSE(run.timedOut) << run.standardOutput.substr(run.standardOutput.size() - 300);
+  EXPECT_EQ(run.exitCode, 0);
+  std::vector<std::string> spins = linesStartingWith(run.standardOutput, "option name");
+  spins.erase(spins.begin(), spins.end() - 4);
+  EXPECT_EQ(spins, (std::vector<std::string>{
+                       "option name Red depth threshold type spin default 100 min 0 max 100",
+                       "option name King Safety Aggressiveness type spin default 0 min 0 max 10",
+                       "option name move overhead milliseconds type spin default 0 min 0 max 30000",
+                       "option name Drawscore type spin default 50 min -50 max 50",
+                   }));
+  std::vector<std::string> moves = bestMoves(run.standardOutput);
+  ASSERT_EQ(moves.size(), 2u);
+  for (const std::string& move : moves) EXPECT_TRUE(isLegalMove("8/8/8/4k3/8/8/8/4K3 w - - 0 1", move)) << move;
+}
+
+TEST(EngineOptions, HashBeyondItsRangeOrMemoryKeepsTheTableInUse) {
+#ifdef TARVOK_SANITIZE
+  GTEST_SKIP() << "the sanitizer's shadow memory doesn't start inside an address-space limit";
+#endif
+  // In 2 GB of address space the 4096 MB that the value is held to can't be
+  // had: the engine says so and plays on with the table it has.
+  ProcessResult run = runProgram("/bin/sh", {"-c", "ulimit -v 2000000 && exec " TARVOK_ENGINE_PATH},
+                                 "setoption name Hash value 2147483648\nuci\ngo depth 5\n", 20.0);
+  EXPECT_EQ(run.exitCode, 0) << run.standardError;
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "info string"),
+            std::vector<std::string>{"info string no memory for a hash table of 4096 meg, keeping 64 meg"});
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "option name Hash"),
+            std::vector<std::string>{"option name Hash type spin default 64 min 0 max 4096"});
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(lastLineStartingWith(run.standardOutput, "bestmove"), "bestmove")));
+}
+
 }  // namespace
