@@ -149,7 +149,9 @@ void setoptionCommand(char** tokens, int count) {
   }
   if (std::strcmp(name, "ownbook") == 0) {
     ownBook = std::strcmp(value, "true") == 0 ? 1 : 0;
-    openBook();
+    // A missing default book is the usual case and goes unsaid; a file that
+    // is there but can't be read is worth a line.
+    if (openBook() == BookOpening::Unreadable) sayBookUnreadable();
     return;
   }
   if (std::strcmp(name, "ponder") == 0) {
@@ -161,9 +163,14 @@ void setoptionCommand(char** tokens, int count) {
     // A file name keeps its case and its long words; a longer name is cut to
     // the 511 bytes that fit.
     std::snprintf(bookFileName, sizeof bookFileName, "%s", text.bookFileValue);
-    std::printf("info string book file is %s\n", bookFileName);
-    std::fflush(stdout);
-    openBook();
+    // With OwnBook off the name is only kept: it is tried when OwnBook goes on.
+    BookOpening opening = openBook();
+    if (opening == BookOpening::Opened || opening == BookOpening::Off) {
+      std::printf("info string book file is %s\n", bookFileName);
+      std::fflush(stdout);
+    } else {
+      sayBookUnreadable();
+    }
     return;
   }
   std::printf("info string %s not recognized\n", name);

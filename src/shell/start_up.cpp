@@ -28,9 +28,11 @@ void allocateStartTable() {
   if (hashSizeMb != 0 && !hashAllocate(hashSizeMb)) hashSizeMb = 0;
 }
 
-[[noreturn]] void runUciMode() {
+[[noreturn]] void runUciMode(BookOpening opening) {
   initEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
+  // A missing default book goes unsaid; one that is there but unreadable is told.
+  if (opening == BookOpening::Unreadable) sayBookUnreadable();
   allocateStartTable();
   startInputReader();
   runUciLoop();
@@ -69,7 +71,7 @@ void runUciLoop() {
 int engineMain(int argc, char** argv) {
   // The opening book is the only consumer of random numbers.
   std::srand(static_cast<uint32_t>(std::time(nullptr)));
-  openBook();
+  const BookOpening opening = openBook();
   fillThreeFileMask();
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   std::setvbuf(stdin, nullptr, _IONBF, 0);
@@ -81,5 +83,5 @@ int engineMain(int argc, char** argv) {
 
   if (makeTestDataRequested) return runMakeTestDataMode();
   if (selfTestRequested) return runSelfTestMode();
-  runUciMode();
+  runUciMode(opening);
 }
