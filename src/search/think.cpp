@@ -27,7 +27,7 @@
 int32_t hardTimePercent = 500;
 int32_t goalReached = 0;
 int32_t firstSearchPending = 1;
-char bestMoveText[8] = "ZZZZ";
+char bestMoveText[8] = "0000";  // the null move of the protocol: no move to play
 double depthTime[32];
 uint64_t depthNodes[32];
 int32_t depthScore[32];
@@ -103,7 +103,7 @@ AspirationWindow widenWindow(AspirationWindow window, int value) {
 
 void pvToText(const Move* line, char* text) {
   text[0] = 0;
-  std::strcpy(bestMoveText, "ZZZZ");
+  std::strcpy(bestMoveText, "0000");
   size_t used = 0;
   char move[8];
   for (int i = 0; i < lineLength && line[i] != 0; ++i) {

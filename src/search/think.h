@@ -34,7 +34,7 @@ struct AspirationWindow {
 AspirationWindow widenWindow(AspirationWindow window, int value);
 
 // Writes the moves of line as text, each followed by a blank, and sets
-// bestMoveText from the first ("ZZZZ" for an empty line).
+// bestMoveText from the first ("0000", the null move, for an empty line).
 void pvToText(const Move* line, char* text);
 
 constexpr int scoreTextSize = 24;

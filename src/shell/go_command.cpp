@@ -1,5 +1,6 @@
 #include "shell/go_command.h"
 
+#include <cctype>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -93,9 +94,13 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
     GoWord word = goWord(tokens[i]);
     if (word == WordNone) {
       // Move texts while collecting; any other word the table lacks is skipped.
+      // A move text is read without regard to case, as position reads it:
+      // the root search compares it with its own lower-case texts.
       size_t length = std::strlen(tokens[i]);
       if (collecting && searchMovesUsed + length + 2 <= sizeof request.searchMoves) {
-        std::memcpy(request.searchMoves + searchMovesUsed, tokens[i], length);
+        for (size_t c = 0; c < length; ++c)
+          request.searchMoves[searchMovesUsed + c] =
+              static_cast<char>(std::tolower(static_cast<unsigned char>(tokens[i][c])));
         searchMovesUsed += length;
         request.searchMoves[searchMovesUsed++] = ' ';
         request.searchMoves[searchMovesUsed] = '\0';
@@ -110,8 +115,8 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
     if (i + 1 >= count) break;
     long long value = readNumber(tokens[++i]);
     switch (word) {
-      // A negative node count or move time, or a move count below 1, means
-      // the word is absent; a depth beyond 99 searches to 99.
+      // A negative node count, move time or depth, or a move count below 1,
+      // means the word is absent; a depth beyond 99 searches to 99.
       case WordNodes: if (value >= 0) request.nodeLimit = static_cast<uint64_t>(value); break;
       case WordWtime: request.remaining[White] = clockSeconds(value); break;
       case WordBtime: request.remaining[Black] = clockSeconds(value); break;
@@ -119,7 +124,7 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
       case WordBinc: request.increment[Black] = clockSeconds(value); break;
       case WordMovesToGo: request.movesToGo = value > 0 ? saturate32(value) : 0; break;
       case WordMoveTime: request.moveTime = value > 0 ? saturate32(value) * 0.001 : 0.0; break;
-      case WordDepth: request.depth = value > deepestSearch ? deepestSearch : saturate32(value); break;
+      case WordDepth: request.depth = value > 0 ? (value > deepestSearch ? deepestSearch : saturate32(value)) : 0; break;
       default: break;
     }
   }

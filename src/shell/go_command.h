@@ -23,7 +23,7 @@ struct GoRequest {
   double increment[2];
   double moveTime;      // 0 when absent
   int32_t movesToGo;    // 0 when absent
-  int32_t depth;        // 0 when absent; never above deepestSearch
+  int32_t depth;        // 0 when absent or not above 0; never above deepestSearch
   bool infiniteSearch;
   bool ponder;
   uint64_t nodeLimit;   // all bits set when absent

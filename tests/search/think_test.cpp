@@ -39,7 +39,7 @@ TEST(PvText, EveryMoveIsFollowedByABlankAndTheFirstBecomesTheBestMove) {
   Move empty[64] = {0};
   pvToText(empty, text);
   EXPECT_STREQ(text, "");
-  EXPECT_STREQ(bestMoveText, "ZZZZ");
+  EXPECT_STREQ(bestMoveText, "0000");
 }
 
 TEST(AspirationWindow, WidensByHalfItsWidthBeyondTheFailedBound) {

@@ -69,7 +69,18 @@ TEST(GoWords, NegativeValuesCountAsNoTimeOrAsAbsent) {
   EXPECT_EQ(request.moveTime, 0.0);
   EXPECT_EQ(request.nodeLimit, ~uint64_t{0});
   EXPECT_EQ(read("go movestogo 0").movesToGo, 0);
-  EXPECT_EQ(read("go depth -4").depth, -4);
+  EXPECT_EQ(read("go depth -4").depth, 0);
+}
+
+TEST_F(Budget, NegativeDepthIsAClockSearchWithTheUsualBudget) {
+  hardTimePercent = 321;  // a budget that leaves it alone leaves it so
+  SearchPlan clock = planSearch(read("go wtime 60000 btime 60000"), White, 0.02);
+  int32_t clockPercent = hardTimePercent;
+  hardTimePercent = 321;
+  SearchPlan negative = planSearch(read("go depth -1 wtime 60000 btime 60000"), White, 0.02);
+  EXPECT_EQ(negative.goal, clock.goal);
+  EXPECT_EQ(negative.maxDepth, clock.maxDepth);
+  EXPECT_EQ(hardTimePercent, clockPercent);
 }
 
 TEST(GoWords, LargeNumbersSaturateAndDepthStopsAt99) {
@@ -81,7 +92,7 @@ TEST(GoWords, LargeNumbersSaturateAndDepthStopsAt99) {
   EXPECT_EQ(request.nodeLimit, static_cast<uint64_t>(LLONG_MAX));
   EXPECT_DOUBLE_EQ(request.remaining[White], LLONG_MAX * 0.001);
   EXPECT_EQ(read("go depth 100").depth, 99);
-  EXPECT_EQ(read("go depth -99999999999").depth, INT32_MIN);
+  EXPECT_EQ(read("go depth -99999999999").depth, 0);
 }
 
 TEST(GoWords, UnknownWordsAreSkippedAndAMissingValueIsIgnored) {

@@ -2,6 +2,7 @@
 // driven through pipes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -143,6 +144,30 @@ TEST(EngineGo, MultiPvReportsOneLineFirstThenThreeLinesAnIteration) {
   }
   EXPECT_FALSE(hasLine(run.standardOutput, "info currmove"));
   EXPECT_EQ(bestMoves(run.standardOutput), std::vector<std::string>{firstMovesByDepth[6][0]});
+}
+
+TEST(EngineGo, NoMoveToSearchAnswersTheNullMoveAndSearchMovesIgnoreCase) {
+  struct Case {
+    const char* lines;
+    const char* best;
+  };
+  const Case cases[] = {
+      {"position fen 7k/6Q1/6K1/8/8/8/8/8 b - -\ngo depth 3", "0000"},  // mated
+      {"position fen 7k/8/6QK/8/8/8/8/8 b - -\ngo depth 3", "0000"},    // stalemate
+      {"position startpos\ngo depth 3 searchmoves a1a1 zz", "0000"},
+      {"position startpos\ngo depth 3 searchmoves G1F3", "g1f3"},
+      {"position startpos moves e2e4 d7d5 e4d5 c7c6 d5c6 d8d6 c6b7 d6d2 b1d2 e7e5\ngo depth 3 searchmoves B7A8Q", "b7a8q"},
+  };
+  EngineSession session(TARVOK_ENGINE_PATH);
+  for (const Case& c : cases) EXPECT_EQ(search(session, c.lines), c.best) << c.lines;
+  // Two variations of one move list in capitals: each move once.
+  ProcessResult run = engine("setoption name MultiPV value 2\ngo depth 4 searchmoves E2E4 D2D4\n");
+  std::vector<std::string> lastTwo = linesStartingWith(run.standardOutput, "info multipv");
+  ASSERT_GE(lastTwo.size(), 2u) << run.standardOutput;
+  lastTwo.erase(lastTwo.begin(), lastTwo.end() - 2);
+  std::vector<std::string> firstMoves = {wordAfter(lastTwo[0], "pv"), wordAfter(lastTwo[1], "pv")};
+  std::sort(firstMoves.begin(), firstMoves.end());
+  EXPECT_EQ(firstMoves, (std::vector<std::string>{"d2d4", "e2e4"})) << run.standardOutput;
 }
 
 TEST(EngineGo, PonderHoldsItsBestMoveUntilPonderHitAndCountsFromItsStart) {
