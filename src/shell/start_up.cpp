@@ -60,11 +60,13 @@ int runMakeTestDataMode() {
 
 void runUciLoop() {
   for (;;) {
-    uciPoll();
+    const bool served = uciPoll();
     // At the end of standard input the engine finishes every line it was
     // given and then leaves as if told quit.
     if (inputFinished(inputRing)) quitEngine();
-    sleepOneMillisecond();
+    // Lines already waiting are served back to back; only an empty ring
+    // waits for the client.
+    if (!served) sleepOneMillisecond();
   }
 }
 
