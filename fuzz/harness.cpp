@@ -102,14 +102,17 @@ void resetEngine() {
 std::vector<std::string> readerLines(const uint8_t* data, size_t size) {
   std::vector<std::string> lines;
   std::string line;
+  // A line longer than the reader takes is dropped whole; the dispatcher
+  // only answers it with an info string.
+  auto keep = [&] {
+    if (line.size() <= static_cast<size_t>(longestLine) + (line.back() == '\n' ? 1 : 0)) lines.push_back(line);
+    line.clear();
+  };
   for (size_t i = 0; i < size; ++i) {
     line.push_back(static_cast<char>(data[i]));
-    if (data[i] == '\n' || line.size() == static_cast<size_t>(readLimit - 1)) {
-      lines.push_back(line);
-      line.clear();
-    }
+    if (data[i] == '\n') keep();
   }
-  if (!line.empty()) lines.push_back(line);
+  if (!line.empty()) keep();
   return lines;
 }
 

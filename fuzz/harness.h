@@ -26,8 +26,9 @@ void prepareEngine();
 // game, the flags of a fresh engine, an empty ring whose input has ended.
 void resetEngine();
 
-// The input cut into lines as the engine's reader cuts standard input:
-// at line feeds, and a piece of at most 8190 bytes where a line is longer.
+// The input cut into lines as the engine's reader cuts standard input: at
+// line feeds, leaving out a line of more than longestLine bytes before its
+// line feed, which the reader drops whole.
 std::vector<std::string> readerLines(const uint8_t* data, size_t size);
 
 // A setoption line that asks for more than 16 MB of hash asks for 16: the

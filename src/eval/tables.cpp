@@ -1,8 +1,7 @@
 #include "eval/tables.h"
 
-#include <algorithm>
-
 #include "eval/endings.h"
+#include "eval/evaluate.h"
 #include "eval/geometry.h"
 #include "eval/kpk.h"
 #include "eval/pawns.h"
@@ -169,15 +168,19 @@ void initEvaluation() {
     fixedTablesBuilt = true;
   }
   buildEndingTable();
-  // Beyond its announced 0 to 10 the option acts as the nearer end; it keeps the value it was given.
-  int32_t ksa = std::clamp(kingSafetyAggressiveness, 0, 10);
-  buildKingDangerTables(ksa);
+  buildKingDangerTables(kingSafetyAggressiveness);
   buildCountTables();
-  buildTempoShelterStorm(ksa);
+  buildTempoShelterStorm(kingSafetyAggressiveness);
   buildCandidatePawns();
   initPieceSquare();
   buildPhasePieceValues();
   hashClear();
-  // The rows hold shelter and storm sums of the former option setting.
+  clearEvaluationCaches();
+}
+
+void clearEvaluationCaches() {
+  // Both hold values of the former option setting: the pawn rows their
+  // shelter and storm sums, the position cache whole evaluations.
   for (EtableEntry& entry : etable) entry.key = 0;
+  for (EvalCacheEntry& entry : evalCache) entry.key = 0;
 }

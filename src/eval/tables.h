@@ -57,6 +57,10 @@ extern ScorePair candidatePawn[2][64];
 extern int32_t phasePieceValues[97][7];
 
 // Builds all evaluation tables, the ending table, the piece-square tables
-// and the fixed geometry, then clears the transposition table and the keys
-// of the pawn-structure cache. The evaluation cache is left alone.
+// and the fixed geometry, then clears the transposition table and both
+// evaluation caches.
 void initEvaluation();
+
+// Forgets every position and pawn structure the evaluation has cached, so
+// that no value worked out under a former option setting is read again.
+void clearEvaluationCaches();

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -9,7 +10,6 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
-#include "shell/engine_exit.h"
 #include "shell/log.h"
 #include "shell/options.h"
 
@@ -26,15 +26,11 @@ struct BookRecord {
   uint16_t weight;
 };
 
-// Reads the record at index. A short read is a failure, unless endAllowed and
-// the stream stands at the end of the file: then it returns false.
-bool readRecordAt(long index, BookRecord& record, bool endAllowed) {
-  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) fatalExit("Error with fseek opening book\n");
+// Reads the record at index; false when the seek or the read fails.
+bool readRecordAt(long index, BookRecord& record) {
+  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) return false;
   unsigned char bytes[16];
-  if (std::fread(bytes, 1, 16, bookFile) != 16) {
-    if (endAllowed && std::feof(bookFile) && !std::ferror(bookFile)) return false;
-    fatalExit("Error with fread opening book\n");
-  }
+  if (std::fread(bytes, 1, 16, bookFile) != 16) return false;
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
   std::memcpy(&record.weight, bytes + 10, 2);
@@ -44,16 +40,28 @@ bool readRecordAt(long index, BookRecord& record, bool endAllowed) {
   return true;
 }
 
-BookRecord readRecord(long index) {
-  BookRecord record;
-  readRecordAt(index, record, false);
-  return record;
-}
-
+// The number of whole records, or -1 when the stream can't seek.
 long recordCount() {
-  if (std::fseek(bookFile, 0, SEEK_END) != 0) fatalExit("Error with fseek opening book\n");
+  if (std::fseek(bookFile, 0, SEEK_END) != 0) return -1;
   long length = std::ftell(bookFile);
   return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
+}
+
+// Reading the whole file once at opening finds a file whose size promises
+// more than it gives (the files of /sys claim a page), before any probe.
+bool readsWhole(FILE* file, off_t size) {
+  char buffer[4096];
+  off_t total = 0;
+  for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, file)) > 0;) total += static_cast<off_t>(got);
+  return !std::ferror(file) && total == size;
+}
+
+// A book that fails a probe is closed for good, so the client hears of it once.
+Move dropUnreadableBook() {
+  std::fclose(bookFile);
+  bookFile = nullptr;
+  sayBookUnreadable();
+  return 0;
 }
 
 void bookMoveText(uint16_t bookMove, const Position& position, char* text) {
@@ -86,17 +94,26 @@ void reverseBytes(void* data, int length) {
   }
 }
 
-void openBook() {
+BookOpening openBook() {
   if (bookFile) {
     std::fclose(bookFile);
     bookFile = nullptr;
   }
-  if (ownBook != 1) return;
-  // A directory opens for reading here; a name that isn't a regular file
-  // counts as a book that doesn't open, so the engine simply plays without one.
+  if (ownBook != 1) return BookOpening::Off;
   struct stat status;
-  if (stat(bookFileName, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  if (stat(bookFileName, &status) != 0) return BookOpening::Missing;
+  // A directory opens for reading here: only a regular file can be a book.
+  if (!S_ISREG(status.st_mode)) return BookOpening::Unreadable;
   bookFile = std::fopen(bookFileName, "rb");
+  if (bookFile && readsWhole(bookFile, status.st_size)) return BookOpening::Opened;
+  if (bookFile) std::fclose(bookFile);
+  bookFile = nullptr;
+  return BookOpening::Unreadable;
+}
+
+void sayBookUnreadable() {
+  std::printf("info string book file %s can't be read, playing without a book\n", bookFileName);
+  std::fflush(stdout);
 }
 
 uint64_t polyglotKey(const Position& position) {
@@ -119,12 +136,15 @@ Move probeBook(const Position& root) {
   if (!bookFile) return 0;
   const uint64_t key = polyglotKey(root);
   const long count = recordCount();
+  if (count < 0) return dropUnreadableBook();
   if (count == 0) return 0;
   long low = 0, high = count - 1, mid = 0;
   bool found = false;
+  BookRecord record;
   while (low <= high) {
     mid = low + (high - low) / 2;
-    uint64_t recordKey = readRecord(mid).key;
+    if (!readRecordAt(mid, record)) return dropUnreadableBook();
+    uint64_t recordKey = record.key;
     if (recordKey > key) {
       high = mid - 1;
     } else if (recordKey < key) {
@@ -157,7 +177,10 @@ Move probeBook(const Position& root) {
   }
 
   long first = mid;
-  while (first > 0 && readRecord(first - 1).key == key) --first;
+  for (; first > 0; --first) {
+    if (!readRecordAt(first - 1, record)) return dropUnreadableBook();
+    if (record.key != key) break;
+  }
 
   struct Candidate {
     Move move;
@@ -166,9 +189,13 @@ Move probeBook(const Position& root) {
   int candidateCount = 0;
   int total = 0;
   // The walk ends at the end of the file as measured, or earlier if the file
-  // has shrunk since: a book rewritten under the engine ends the walk, not the program.
-  BookRecord record;
-  for (long index = first; index < count && readRecordAt(index, record, true); ++index) {
+  // has shrunk since: a book rewritten under the engine ends the walk. A read
+  // that fails otherwise than at the end drops the book.
+  for (long index = first; index < count; ++index) {
+    if (!readRecordAt(index, record)) {
+      if (std::ferror(bookFile)) return dropUnreadableBook();
+      break;
+    }
     if (record.key != key) break;
     if (record.weight == 0) continue;
     char text[8];

@@ -9,8 +9,16 @@
 extern const uint64_t polyglotRandom[781];
 extern FILE* bookFile;  // null: no book
 
-// Closes any open book and, if OwnBook is on, opens the named file.
-void openBook();
+enum class BookOpening { Off, Opened, Missing, Unreadable };
+
+// Closes any open book and, if OwnBook is on, opens the named file. A name
+// that isn't a regular file, or a file that doesn't read whole to the size
+// it claims, is no book, as a missing one is: the engine searches instead.
+BookOpening openBook();
+
+// Tells the client, in one info string, that the named book can't be read
+// and the engine plays without it.
+void sayBookUnreadable();
 
 // The Polyglot key of a position, computed from the board.
 uint64_t polyglotKey(const Position& position);

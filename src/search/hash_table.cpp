@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/engine_exit.h"
 #include "search/search_trace.h"
 
 static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
@@ -25,20 +24,26 @@ uint64_t hashBucketCount(int32_t sizeMb) {
   return count + 1;
 }
 
-void hashAllocate(int32_t sizeMb) {
-  hashRelease();
+bool hashAllocate(int32_t sizeMb) {
   // Below 1 MB there is no table at all, as with Hash 0.
-  if (sizeMb < 1) return;
+  if (sizeMb < 1) {
+    hashRelease();
+    return true;
+  }
   uint64_t count = hashBucketCount(sizeMb);
   uint64_t bytes = count * sizeof(HashBucket);
-  // Buckets are aligned to their own size, so that a probe touches one cache line.
+  // Buckets are aligned to their own size, so that a probe touches one cache
+  // line. The new table is had before the old one goes, so that a size the
+  // memory can't give leaves the engine with the table it had.
   void* memory = std::aligned_alloc(sizeof(HashBucket), bytes);
-  if (memory == nullptr) fatalExit("Hash table too big\n");
+  if (memory == nullptr) return false;
+  hashRelease();
   std::memset(memory, 0, bytes);
   hashTable.bucketCount = count;
   hashTable.mask = count - 1;
   hashTable.age = 0;
   hashTable.buckets = static_cast<HashBucket*>(memory);
+  return true;
 }
 
 void hashRelease() {

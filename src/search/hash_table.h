@@ -37,7 +37,9 @@ constexpr int storeLimit = 32500;
 // The number of buckets a table of sizeMb megabytes gets: 0.51 times the
 // asked-for memory, rounded up to a power of two.
 uint64_t hashBucketCount(int32_t sizeMb);
-void hashAllocate(int32_t sizeMb);
+// Replaces the table by an empty one of sizeMb megabytes (none below 1).
+// False when the memory can't be had: the table in use, or none, stays.
+bool hashAllocate(int32_t sizeMb);
 void hashRelease();
 void hashClear();
 // Moves the age on by one search, wrapping after 255.

@@ -1,5 +1,6 @@
 #include "shell/go_command.h"
 
+#include <cctype>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -43,10 +44,10 @@ GoWord goWord(const char* token) {
   return WordNone;
 }
 
-double movesToGoBudget(double timeLeft, int movesToGo, double overhead, bool halfTime) {
-  double goal = halfTime ? timeLeft / 2.0 : timeLeft / (movesToGo + 2.0);
-  double hard = halfTime ? goal : (5.0 * goal < 0.5 * timeLeft ? 5.0 * goal : 0.5 * timeLeft);
-  if (!halfTime && movesToGo == 1) hard *= 0.9;
+double movesToGoBudget(double timeLeft, int movesToGo, double overhead) {
+  double goal = timeLeft / (movesToGo + 2.0);
+  double hard = 5.0 * goal < 0.5 * timeLeft ? 5.0 * goal : 0.5 * timeLeft;
+  if (movesToGo == 1) hard *= 0.9;
   goal -= overhead;
   hard -= overhead;
   constexpr double floor = 0.005;
@@ -54,7 +55,7 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead, bool hal
   // the budget's own hard time, never less than that floor.
   double percent = goal > floor ? hard / goal * 100 : (hard > floor ? hard : floor) / floor * 100;
   hardTimePercent = static_cast<int32_t>(percent);
-  logPrintf("We have %8.1f seconds to make %d moves = %8.1f goal\n", timeLeft, halfTime ? 0 : movesToGo, goal);
+  logPrintf("We have %8.1f seconds to make %d moves = %8.1f goal\n", timeLeft, movesToGo, goal);
   return goal > floor ? goal : floor;
 }
 
@@ -95,9 +96,8 @@ double suddenDeathBudget(double timeLeft, double overhead) {
 
 }  // namespace
 
-double timeBudget(double timeLeft, double increment, int movesToGo, int depth, double overhead) {
-  if (movesToGo != 0) return movesToGoBudget(timeLeft, movesToGo, overhead, false);
-  if (depth != 0) return movesToGoBudget(timeLeft, 0, overhead, true);
+double timeBudget(double timeLeft, double increment, int movesToGo, double overhead) {
+  if (movesToGo != 0) return movesToGoBudget(timeLeft, movesToGo, overhead);
   if (increment > 0.00001) return incrementBudget(timeLeft, increment, overhead);
   return suddenDeathBudget(timeLeft, overhead);
 }
@@ -112,9 +112,13 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
     GoWord word = goWord(tokens[i]);
     if (word == WordNone) {
       // Move texts while collecting; any other word the table lacks is skipped.
+      // A move text is read without regard to case, as position reads it:
+      // the root search compares it with its own lower-case texts.
       size_t length = std::strlen(tokens[i]);
       if (collecting && searchMovesUsed + length + 2 <= sizeof request.searchMoves) {
-        std::memcpy(request.searchMoves + searchMovesUsed, tokens[i], length);
+        for (size_t c = 0; c < length; ++c)
+          request.searchMoves[searchMovesUsed + c] =
+              static_cast<char>(std::tolower(static_cast<unsigned char>(tokens[i][c])));
         searchMovesUsed += length;
         request.searchMoves[searchMovesUsed++] = ' ';
         request.searchMoves[searchMovesUsed] = '\0';
@@ -129,8 +133,8 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
     if (i + 1 >= count) break;
     long long value = readNumber(tokens[++i]);
     switch (word) {
-      // A negative node count or move time, or a move count below 1, means
-      // the word is absent; a depth beyond 99 searches to 99.
+      // A negative node count, move time or depth, or a move count below 1,
+      // means the word is absent; a depth beyond 99 searches to 99.
       case WordNodes: if (value >= 0) request.nodeLimit = static_cast<uint64_t>(value); break;
       case WordWtime: request.remaining[White] = clockSeconds(value); break;
       case WordBtime: request.remaining[Black] = clockSeconds(value); break;
@@ -138,7 +142,7 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
       case WordBinc: request.increment[Black] = clockSeconds(value); break;
       case WordMovesToGo: request.movesToGo = value > 0 ? saturate32(value) : 0; break;
       case WordMoveTime: request.moveTime = value > 0 ? saturate32(value) * 0.001 : 0.0; break;
-      case WordDepth: request.depth = value > deepestSearch ? deepestSearch : saturate32(value); break;
+      case WordDepth: request.depth = value > 0 ? (value > deepestSearch ? deepestSearch : saturate32(value)) : 0; break;
       default: break;
     }
   }
@@ -155,7 +159,7 @@ SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
     return {goal > minimalGoal ? goal : minimalGoal, deepestSearch, true};
   }
   if (request.nodeLimit != noNodeLimit) return {yearSeconds, deepestSearch, false};
-  return {timeBudget(request.remaining[side], request.increment[side], request.movesToGo, request.depth, overhead),
+  return {timeBudget(request.remaining[side], request.increment[side], request.movesToGo, overhead),
           deepestSearch, false};
 }
 

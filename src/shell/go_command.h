@@ -23,7 +23,7 @@ struct GoRequest {
   double increment[2];
   double moveTime;      // 0 when absent
   int32_t movesToGo;    // 0 when absent
-  int32_t depth;        // 0 when absent; never above deepestSearch
+  int32_t depth;        // 0 when absent or not above 0; never above deepestSearch
   bool infiniteSearch;
   bool ponder;
   uint64_t nodeLimit;   // all bits set when absent
@@ -44,9 +44,9 @@ struct SearchPlan {
 SearchPlan planSearch(const GoRequest& request, int side, double overhead);
 
 // The goal in seconds for a clock situation, setting hardTimePercent where
-// the budget decides it: moves-to-go when movesToGo isn't 0, half the time
-// for a negative depth, else the game budget. Writes the budget's log line.
-double timeBudget(double timeLeft, double increment, int movesToGo, int depth, double overhead);
+// the budget decides it: moves-to-go when movesToGo isn't 0, else the budget
+// with increment or the sudden-death one. Writes the budget's log line.
+double timeBudget(double timeLeft, double increment, int movesToGo, double overhead);
 
 // The whole command: reads the line, sets nodeLimit and pondering, and runs
 // the search on the current record of the game.

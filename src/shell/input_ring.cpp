@@ -21,11 +21,16 @@ struct LineSource {
   bool ended;
 };
 
-// fgets on a raw descriptor: at most limit - 1 bytes, up to and including the
-// first line feed. Returns the length; 0 only at end of input.
-int readLine(LineSource& source, char* line, int limit) {
+constexpr int lineTooLong = -1;
+
+// fgets on a raw descriptor, with a limit that cuts nothing: reads the next
+// line, its line feed included, into line (slotBytes long). Returns its
+// length, 0 only at the end of input, or lineTooLong once a line with more
+// than longestLine bytes before its line feed has been read to its end.
+int readLine(LineSource& source, char* line) {
   int length = 0;
-  while (length < limit - 1) {
+  bool tooLong = false;
+  for (;;) {
     if (source.start == source.end) {
       if (source.ended) break;
       ssize_t got = read(source.fd, source.buffer, sizeof source.buffer);
@@ -38,16 +43,16 @@ int readLine(LineSource& source, char* line, int limit) {
       source.end = static_cast<int>(got);
     }
     char c = source.buffer[source.start++];
-    line[length++] = c;
+    if (c != '\n' && length == longestLine) tooLong = true;
+    if (!tooLong) line[length++] = c;
     if (c == '\n') break;
   }
+  if (tooLong) return lineTooLong;
   line[length] = '\0';
   return length;
 }
 
-}  // namespace
-
-void storeInputLine(InputRing& ring, const char* line) {
+void storeSlot(InputRing& ring, const char* line, bool dropped) {
   for (;;) {
     {
       std::lock_guard<std::mutex> hold(ring.inputLock);
@@ -55,9 +60,11 @@ void storeInputLine(InputRing& ring, const char* line) {
       // A full ring holds 127 unread lines; waiting here instead of writing
       // on means a client that floods the engine loses nothing.
       if (next != ring.readIndex) {
+        InputSlot& slot = ring.slots[ring.writeIndex];
         size_t length = strnlen(line, slotBytes - 1);
-        std::memcpy(ring.lines[ring.writeIndex], line, length);
-        ring.lines[ring.writeIndex][length] = '\0';
+        std::memcpy(slot.text, line, length);
+        slot.text[length] = '\0';
+        slot.dropped = dropped;
         ring.writeIndex = next;
         return;
       }
@@ -66,21 +73,32 @@ void storeInputLine(InputRing& ring, const char* line) {
   }
 }
 
+}  // namespace
+
+void storeInputLine(InputRing& ring, const char* line) { storeSlot(ring, line, false); }
+
 void readInputLines(InputRing& ring, int fd) {
   LineSource source{};
   source.fd = fd;
-  char line[readLimit];
-  while (readLine(source, line, readLimit) > 0) storeInputLine(ring, line);
+  // On the reader thread's own stack, once for all lines.
+  char line[slotBytes];
+  for (int length; (length = readLine(source, line)) != 0;) {
+    if (length == lineTooLong) {
+      storeSlot(ring, "", true);
+    } else {
+      storeSlot(ring, line, false);
+    }
+  }
   std::lock_guard<std::mutex> hold(ring.inputLock);
   ring.inputEnded = 1;
 }
 
-char* takeInputLine(InputRing& ring) {
+InputSlot* takeInputLine(InputRing& ring) {
   std::lock_guard<std::mutex> hold(ring.inputLock);
   if (ring.readIndex == ring.writeIndex) return nullptr;
-  char* line = ring.lines[ring.readIndex];
+  InputSlot* slot = &ring.slots[ring.readIndex];
   ring.readIndex = (ring.readIndex + 1) % ringSlots;
-  return line;
+  return slot;
 }
 
 bool inputFinished(InputRing& ring) {

@@ -7,7 +7,7 @@
 struct EngineOption {
   char name[64];
   int32_t* value;
-  int32_t minimum;  // spin options only; printed, never enforced
+  int32_t minimum;  // spin options only: announced, and a value is held to them
   int32_t maximum;
 };
 
@@ -22,7 +22,8 @@ extern int32_t kingSafetyAggressiveness;   // "King Safety Aggressiveness"
 extern int32_t moveOverheadMs;             // "move overhead milliseconds"
 extern int32_t drawScore;                  // "Drawscore"
 // Handled one by one.
-extern int32_t hashSizeMb;
+constexpr int32_t maxHashMb = 4096;
+extern int32_t hashSizeMb;  // the size of the table in force; 0: none
 extern int32_t ownBook;
 extern int32_t multiPv;
 extern char bookFileName[512];

@@ -98,8 +98,10 @@ void setoptionCommand(char** tokens, int count) {
   const char* value = text.optionValue + 1;
 
   if (const EngineOption* row = findOption(spinOptions, name)) {
-    // No range test: a client keeps to the ranges the uci answer announces.
-    *row->value = toInteger(value);
+    // A value outside the announced range is held to the nearer end, so that
+    // no setting can make a draw outweigh a mate or a margin overflow; the
+    // uci answer shows the value in force.
+    *row->value = std::clamp(toInteger(value), row->minimum, row->maximum);
     initEvaluation();
     buildReductionTables();
     return;
@@ -117,16 +119,25 @@ void setoptionCommand(char** tokens, int count) {
     return;
   }
   if (std::strcmp(name, "hash") == 0) {
-    hashSizeMb = toInteger(value);
-    hashRelease();
-    if (hashSizeMb < 1) {
+    // Held to its announced range like the other spins; hashSizeMb always
+    // names the table in force, which the uci answer shows.
+    const int32_t asked = std::clamp(toInteger(value), 0, maxHashMb);
+    if (asked < 1) {
+      hashAllocate(0);
+      hashSizeMb = 0;
       std::printf("info string Hash tables turned OFF\n");
       logPrintf("Hash tables turned off\n");
-    } else {
-      hashAllocate(hashSizeMb);
-      hashClear();
+    } else if (hashAllocate(asked)) {
+      hashSizeMb = asked;
       std::printf("info string Hash table size is now %d meg\n", hashSizeMb);
+    } else if (hashSizeMb > 0) {
+      hashClear();
+      std::printf("info string no memory for a hash table of %d meg, keeping %d meg\n", asked, hashSizeMb);
+    } else {
+      std::printf("info string no memory for a hash table of %d meg, Hash tables stay OFF\n", asked);
     }
+    // Like every other setting, a new size starts the search from empty caches.
+    clearEvaluationCaches();
     std::fflush(stdout);
     return;
   }
@@ -138,7 +149,9 @@ void setoptionCommand(char** tokens, int count) {
   }
   if (std::strcmp(name, "ownbook") == 0) {
     ownBook = std::strcmp(value, "true") == 0 ? 1 : 0;
-    openBook();
+    // A missing default book is the usual case and goes unsaid; a file that
+    // is there but can't be read is worth a line.
+    if (openBook() == BookOpening::Unreadable) sayBookUnreadable();
     return;
   }
   if (std::strcmp(name, "ponder") == 0) {
@@ -150,9 +163,14 @@ void setoptionCommand(char** tokens, int count) {
     // A file name keeps its case and its long words; a longer name is cut to
     // the 511 bytes that fit.
     std::snprintf(bookFileName, sizeof bookFileName, "%s", text.bookFileValue);
-    std::printf("info string book file is %s\n", bookFileName);
-    std::fflush(stdout);
-    openBook();
+    // With OwnBook off the name is only kept: it is tried when OwnBook goes on.
+    BookOpening opening = openBook();
+    if (opening == BookOpening::Opened || opening == BookOpening::Off) {
+      std::printf("info string book file is %s\n", bookFileName);
+      std::fflush(stdout);
+    } else {
+      sayBookUnreadable();
+    }
     return;
   }
   std::printf("info string %s not recognized\n", name);

@@ -22,10 +22,18 @@
 
 namespace {
 
-[[noreturn]] void runUciMode() {
+// A default size the memory can't give leaves the engine without a table,
+// and the uci answer says Hash 0.
+void allocateStartTable() {
+  if (hashSizeMb != 0 && !hashAllocate(hashSizeMb)) hashSizeMb = 0;
+}
+
+[[noreturn]] void runUciMode(BookOpening opening) {
   initEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  // A missing default book goes unsaid; one that is there but unreadable is told.
+  if (opening == BookOpening::Unreadable) sayBookUnreadable();
+  allocateStartTable();
   startInputReader();
   runUciLoop();
 }
@@ -34,7 +42,7 @@ int runSelfTestMode() {
   batchMode = 1;
   initEvaluation();
   startInputReader();
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  allocateStartTable();
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
   return runSelfTest();
 }
@@ -44,7 +52,7 @@ int runMakeTestDataMode() {
   initEvaluation();
   startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
-  if (hashSizeMb != 0) hashAllocate(hashSizeMb);
+  allocateStartTable();
   return makeTestData();
 }
 
@@ -52,18 +60,20 @@ int runMakeTestDataMode() {
 
 void runUciLoop() {
   for (;;) {
-    uciPoll();
+    const bool served = uciPoll();
     // At the end of standard input the engine finishes every line it was
     // given and then leaves as if told quit.
     if (inputFinished(inputRing)) quitEngine();
-    sleepOneMillisecond();
+    // Lines already waiting are served back to back; only an empty ring
+    // waits for the client.
+    if (!served) sleepOneMillisecond();
   }
 }
 
 int engineMain(int argc, char** argv) {
   // The opening book is the only consumer of random numbers.
   std::srand(static_cast<uint32_t>(std::time(nullptr)));
-  openBook();
+  const BookOpening opening = openBook();
   fillThreeFileMask();
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   std::setvbuf(stdin, nullptr, _IONBF, 0);
@@ -75,5 +85,5 @@ int engineMain(int argc, char** argv) {
 
   if (makeTestDataRequested) return runMakeTestDataMode();
   if (selfTestRequested) return runSelfTestMode();
-  runUciMode();
+  runUciMode(opening);
 }

@@ -6,5 +6,6 @@
 // error. UCI mode never returns: it ends by quit, or at the end of input.
 int engineMain(int argc, char** argv);
 
-// UCI mode after the start-up: one pass of uciPoll, one short sleep, for ever.
+// UCI mode after the start-up: passes of uciPoll for ever, with a short sleep
+// after each pass that found no line.
 [[noreturn]] void runUciLoop();

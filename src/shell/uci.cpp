@@ -41,7 +41,7 @@ void printUciAnswer() {
   std::printf("id name %s %s\n", engineName, engineVersion);
   std::printf("id author Orin Tessaly, Quill Marrow\n");
   std::printf("option name Ponder type check default true\n");
-  std::printf("option name Hash type spin default %d min 0 max 4096\n", hashSizeMb);
+  std::printf("option name Hash type spin default %d min 0 max %d\n", hashSizeMb, maxHashMb);
   std::printf("option name OwnBook type check default %s\n", checkText(ownBook));
   std::printf("option name MultiPV type spin default %d min 1 max 99\n", multiPv);
   std::printf("option name Book File type string default %s\n", bookFileName);
@@ -54,29 +54,36 @@ void printUciAnswer() {
   std::fflush(stdout);
 }
 
-void uciPoll() {
+bool uciPoll() {
   // Before any line, so that a go without position searches the start position.
   if (startPositionPending) setUpStartPosition();
 
   // Once a stop has been read, the unwinding search takes no further line:
   // what the client sent after it waits for the main loop.
-  if (searchRunning && stopSearch) return;
-  char* line = takeInputLine(inputRing);
-  if (!line) {
+  if (searchRunning && stopSearch) return false;
+  InputSlot* slot = takeInputLine(inputRing);
+  if (!slot) {
     // At the end of input a search that only a command can end is stopped,
     // so that it prints its bestmove and the engine can finish.
     if (searchRunning && (searchNeedsCommand || pondering) && inputFinished(inputRing)) stopSearch = 1;
-    return;
+    return false;
   }
+  if (slot->dropped) {
+    std::printf("info string line of more than %d bytes dropped\n", longestLine);
+    std::fflush(stdout);
+    logPrintf("uci -> a line of more than %d bytes, dropped\n", longestLine);
+    return true;
+  }
+  char* line = slot->text;
   line[std::strcspn(line, "\f\n\r")] = '\0';
-  if (!line[0]) return;
+  if (!line[0]) return true;
   logPrintf("uci -> %s\n", line);
 
   // Local, not static: a go runs its search inside this pass, and the
   // search's own polls come back here.
   char* tokens[slotBytes / 2 + 1];
   int count = tokenise(line, tokens);
-  if (count == 0) return;
+  if (count == 0) return true;
   logPrintf("cmd = %s\n", tokens[0]);
 
   switch (commandHash(tokens[0])) {
@@ -111,4 +118,5 @@ void uciPoll() {
     default:
       break;
   }
+  return true;
 }

@@ -25,6 +25,7 @@ uint32_t commandHash(const char* word);
 // The answer to "uci": identity, every option with its current value, uciok.
 void printUciAnswer();
 
-// One pass of the dispatcher. Any word not in the table is dropped without
-// an answer; its only trace is in the log.
-void uciPoll();
+// One pass of the dispatcher; true when it took a line. Any word not in the
+// table is dropped without an answer; its only trace is in the log. A line
+// the reader dropped for its length is answered with an info string.
+bool uciPoll();

@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <regex>
 #include <string>
+#include <vector>
 
 #include "../shell/engine_process.h"
 #include "../shell/engine_session.h"
 #include "../support/book_writer.h"
+#include "../support/uci_lines.h"
 
 namespace {
 
@@ -58,7 +60,7 @@ TEST_F(BookDirectory, GoFromABookPositionAnswersWithoutSearching) {
   EXPECT_EQ(engine.waitForExit(10.0), 0);
 }
 
-TEST_F(BookDirectory, BookFileKeepsCaseAndBlanksAndADirectoryIsNoBook) {
+TEST_F(BookDirectory, BookFileKeepsCaseAndBlanksAndAFileThatCantBeReadWholeIsNoBook) {
   std::filesystem::create_directory(directory + "/Opening Books");
   const std::string wide = directory + "/Opening Books/Wide Lines.BIN";
   testbook::writeBook(wide, {{keyOf(startFen), moveField("g1h3"), 1}});
@@ -69,10 +71,23 @@ TEST_F(BookDirectory, BookFileKeepsCaseAndBlanksAndADirectoryIsNoBook) {
   std::string booked = answerTo(engine, "position startpos\ngo depth 3");
   EXPECT_TRUE(isBookAnswer(booked, "g1h3")) << booked;
 
-  engine.send("setoption name Book File value /tmp");
-  EXPECT_EQ(engine.waitFor("info string", 10.0), "info string book file is /tmp");
-  std::string searched = answerTo(engine, "go depth 2");
-  EXPECT_NE(searched.find("info depth 2\n"), std::string::npos) << searched;
+  // A directory, a missing file and a file that reads shorter than its size
+  // (the files of /sys claim a page): no book, said once, and the search answers.
+  std::vector<std::string> unreadable = {"/tmp", "no-such-book.bin"};
+  for (const char* file : {"/sys/power/state", "/sys/kernel/mm/transparent_hugepage/enabled"})
+    if (std::filesystem::is_regular_file(file)) unreadable.push_back(file);
+  for (const std::string& file : unreadable) {
+    engine.send("setoption name Book File value " + file);
+    std::string searched = answerTo(engine, "position startpos\ngo depth 2");
+    EXPECT_NE(searched.find("info depth 2\n"), std::string::npos) << searched;
+  }
+  EXPECT_GT(unreadable.size(), 2u) << "no file of /sys to try";
+  std::vector<std::string> said;
+  for (const std::string& file : unreadable)
+    said.push_back("info string book file " + file + " can't be read, playing without a book");
+  std::vector<std::string> info = linesStartingWith(engine.transcript, "info string");
+  info.erase(info.begin());
+  EXPECT_EQ(info, said);
 
   engine.send("setoption name Book File value tarvok.bin");
   EXPECT_EQ(engine.waitFor("info string", 10.0), "info string book file is tarvok.bin");

@@ -246,24 +246,27 @@ TEST_F(Book, MoreThanSixtyFourEntriesKeepTheFirstSixtyFour) {
   EXPECT_EQ(logCount("Hey, book seems broken\n"), 1);
 }
 
-TEST_F(Book, AFailedReadOrSeekEndsTheProgramWithItsMessage) {
+TEST_F(Book, AFailedReadOrSeekDropsTheBookAndSaysSoOnce) {
+  const std::string message = "info string book file " + path + " can't be read, playing without a book\n";
   useBook({{keyOf(startFen), moveField("e2e4"), 1}, {keyOf(startFen) + 1, moveField("e2e4"), 1}});
   std::fclose(bookFile);
   // A stream that can seek but not read.
   bookFile = std::fopen(path.c_str(), "ab");
   ASSERT_NE(bookFile, nullptr);
-  Position position;
-  parseFen(position, startFen);
-  EXPECT_EXIT(probeBook(position), testing::ExitedWithCode(1), "Error with fread opening book\n");
-  std::fclose(bookFile);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(probe(startFen), "none");
+  EXPECT_EQ(bookFile, nullptr);
+  EXPECT_EQ(probe(startFen), "none");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), message);
 
   // A pipe can't seek.
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
   bookFile = fdopen(ends[0], "rb");
-  EXPECT_EXIT(probeBook(position), testing::ExitedWithCode(1), "Error with fseek opening book\n");
-  std::fclose(bookFile);
-  bookFile = nullptr;
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(probe(startFen), "none");
+  EXPECT_EQ(bookFile, nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), message);
   close(ends[1]);
 }
 

@@ -65,6 +65,28 @@ TEST(EngineSearch, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearch
   EXPECT_EQ(resultOf(engine.transcript), resultOf(first.standardOutput));
 }
 
+TEST(EngineSearch, DeterministicSearchAfterAnOptionChangeMatchesAFreshProcess) {
+  const std::string deterministic = "setoption name deterministic value true\n";
+  const std::string fen = "position fen r1bq1rk1/pp2bppp/2n1pn2/2pp4/2P5/1P3NP1/PB1PPPBP/RN1Q1RK1 w - -\n";
+  const std::string setting = "setoption name King Safety Aggressiveness value 0\n";
+  auto answer = [](const std::string& output) {
+    return wordAfter(lastLineStartingWith(output, "info depth 6 "), "nodes") + " " +
+           wordAfter(lastLineStartingWith(output, "bestmove"), "bestmove");
+  };
+  ProcessResult fresh = runProgram(TARVOK_ENGINE_PATH, {}, deterministic + setting + fen + "go depth 6\n");
+  EXPECT_EQ(answer(fresh.standardOutput), "11154 d2d3");
+
+  // The change comes after the first search has answered (sent during it,
+  // it would take effect inside that search). Evaluations cached under the
+  // former setting must not survive it.
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send(deterministic + fen + "go depth 6");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  engine.send(setting + "go depth 6");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  EXPECT_EQ(answer(engine.transcript), answer(fresh.standardOutput));
+}
+
 TEST(EngineSearch, AnswersReadyStopsAtOnceAndQuitsInsideASearch) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("position startpos");

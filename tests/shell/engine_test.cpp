@@ -1,13 +1,17 @@
 // The built engine driven through pipes, as a client drives it.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <unistd.h>
 
+#include "../support/legal_moves.h"
+#include "../support/uci_lines.h"
 #include "engine_process.h"
+#include "engine_session.h"
 
 namespace {
 
@@ -88,6 +92,39 @@ TEST(Engine, CommandLineErrorsPrintUsageAndExitWith255) {
     EXPECT_EQ(run.standardError, c.message + usageText);
     EXPECT_EQ(run.standardOutput, "");
   }
+}
+
+TEST(Engine, LinesUpTo64KilobytesRunWholeAndLongerOnesAreDroppedWhole) {
+  // 1,640 knight moves lead back to the start position, white to move.
+  std::string knightDance = "position startpos moves";
+  for (int i = 0; i < 410; ++i) knightDance += " g1f3 g8f6 f3g1 f6g8";
+  ProcessResult run = engine(knightDance + "\ngo depth 1\n");
+  std::string best = wordAfter(lastLineStartingWith(run.standardOutput, "bestmove"), "bestmove");
+  EXPECT_TRUE(isLegalMove(startPositionFen, best)) << best;
+
+  // The tail of a cut line must not run as a command of its own.
+  run = engine("setoption name Book File value " + std::string(8159, 'a') + " quit\nisready\n");
+  EXPECT_EQ(lastLineStartingWith(run.standardOutput, "readyok"), "readyok");
+
+  const std::string dropped = "info string line of more than 65536 bytes dropped\n";
+  auto padded = [](const std::string& command, size_t length) { return command + std::string(length - command.size(), ' '); };
+  run = engine(padded("isready", 65536) + "\n" + padded("isready", 65537) + "\n" + padded("quit", 200000) +
+               "\nisready\n" + padded("quit", 70000));
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.standardOutput, "readyok\n" + dropped + dropped + "readyok\n" + dropped);
+}
+
+TEST(Engine, ABurstOfLinesIsServedWithoutPausesBetweenThem) {
+  // Served at a line a millisecond, these would take over four seconds.
+  std::string burst;
+  for (int i = 0; i < 4000; ++i) burst += "isready\n";
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("isready");
+  ASSERT_EQ(engine.waitFor("readyok", 10.0), "readyok");
+  auto start = std::chrono::steady_clock::now();
+  engine.write(burst);
+  for (int i = 0; i < 4000; ++i) ASSERT_EQ(engine.waitFor("readyok", 10.0), "readyok") << i;
+  EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 2.0);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
   std::string expectedLog;
   for (const Case& c : cases) {
     hardTimePercent = 321;  // the game budget without increment leaves it as it was
-    EXPECT_NEAR(timeBudget(c.timeLeft, c.increment, c.movesToGo, 0, 0.02), c.goal, 0.00005) << c.logLine;
+    EXPECT_NEAR(timeBudget(c.timeLeft, c.increment, c.movesToGo, 0.02), c.goal, 0.00005) << c.logLine;
     EXPECT_EQ(hardTimePercent, c.percent) << c.logLine;
     expectedLog += c.logLine;
   }
@@ -74,7 +74,7 @@ TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
   for (const Case& c : cases) {
     double clock = c.base;
     for (int move = 1; move <= 300; ++move) {
-      const double goal = timeBudget(clock, c.increment, 0, 0, 0.02);
+      const double goal = timeBudget(clock, c.increment, 0, 0.02);
       clock -= goal * hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
       ASSERT_GT(clock, 0.0) << c.base << "+" << c.increment << " lost on time at move " << move;
       clock += c.increment;
@@ -92,7 +92,18 @@ TEST(GoWords, NegativeValuesCountAsNoTimeOrAsAbsent) {
   EXPECT_EQ(request.moveTime, 0.0);
   EXPECT_EQ(request.nodeLimit, ~uint64_t{0});
   EXPECT_EQ(read("go movestogo 0").movesToGo, 0);
-  EXPECT_EQ(read("go depth -4").depth, -4);
+  EXPECT_EQ(read("go depth -4").depth, 0);
+}
+
+TEST_F(Budget, NegativeDepthIsAClockSearchWithTheUsualBudget) {
+  hardTimePercent = 321;  // a budget that leaves it alone leaves it so
+  SearchPlan clock = planSearch(read("go wtime 60000 btime 60000"), White, 0.02);
+  int32_t clockPercent = hardTimePercent;
+  hardTimePercent = 321;
+  SearchPlan negative = planSearch(read("go depth -1 wtime 60000 btime 60000"), White, 0.02);
+  EXPECT_EQ(negative.goal, clock.goal);
+  EXPECT_EQ(negative.maxDepth, clock.maxDepth);
+  EXPECT_EQ(hardTimePercent, clockPercent);
 }
 
 TEST(GoWords, LargeNumbersSaturateAndDepthStopsAt99) {
@@ -104,7 +115,7 @@ TEST(GoWords, LargeNumbersSaturateAndDepthStopsAt99) {
   EXPECT_EQ(request.nodeLimit, static_cast<uint64_t>(LLONG_MAX));
   EXPECT_DOUBLE_EQ(request.remaining[White], LLONG_MAX * 0.001);
   EXPECT_EQ(read("go depth 100").depth, 99);
-  EXPECT_EQ(read("go depth -99999999999").depth, INT32_MIN);
+  EXPECT_EQ(read("go depth -99999999999").depth, 0);
 }
 
 TEST(GoWords, UnknownWordsAreSkippedAndAMissingValueIsIgnored) {

@@ -2,6 +2,7 @@
 // driven through pipes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -145,6 +146,30 @@ TEST(EngineGo, MultiPvReportsOneLineFirstThenThreeLinesAnIteration) {
   EXPECT_EQ(bestMoves(run.standardOutput), std::vector<std::string>{firstMovesByDepth[6][0]});
 }
 
+TEST(EngineGo, NoMoveToSearchAnswersTheNullMoveAndSearchMovesIgnoreCase) {
+  struct Case {
+    const char* lines;
+    const char* best;
+  };
+  const Case cases[] = {
+      {"position fen 7k/6Q1/6K1/8/8/8/8/8 b - -\ngo depth 3", "0000"},  // mated
+      {"position fen 7k/8/6QK/8/8/8/8/8 b - -\ngo depth 3", "0000"},    // stalemate
+      {"position startpos\ngo depth 3 searchmoves a1a1 zz", "0000"},
+      {"position startpos\ngo depth 3 searchmoves G1F3", "g1f3"},
+      {"position startpos moves e2e4 d7d5 e4d5 c7c6 d5c6 d8d6 c6b7 d6d2 b1d2 e7e5\ngo depth 3 searchmoves B7A8Q", "b7a8q"},
+  };
+  EngineSession session(TARVOK_ENGINE_PATH);
+  for (const Case& c : cases) EXPECT_EQ(search(session, c.lines), c.best) << c.lines;
+  // Two variations of one move list in capitals: each move once.
+  ProcessResult run = engine("setoption name MultiPV value 2\ngo depth 4 searchmoves E2E4 D2D4\n");
+  std::vector<std::string> lastTwo = linesStartingWith(run.standardOutput, "info multipv");
+  ASSERT_GE(lastTwo.size(), 2u) << run.standardOutput;
+  lastTwo.erase(lastTwo.begin(), lastTwo.end() - 2);
+  std::vector<std::string> firstMoves = {wordAfter(lastTwo[0], "pv"), wordAfter(lastTwo[1], "pv")};
+  std::sort(firstMoves.begin(), firstMoves.end());
+  EXPECT_EQ(firstMoves, (std::vector<std::string>{"d2d4", "e2e4"})) << run.standardOutput;
+}
+
 TEST(EngineGo, PonderHoldsItsBestMoveUntilPonderHitAndCountsFromItsStart) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   // Goal 0.3 s, hard limit 1.5 s: both lie behind us when the ponderhit comes.
@@ -262,6 +287,50 @@ TEST(EngineOptions, HashZeroTurnsTheTableOffAndTheEngineStillPlays) {
                                       "info string Hash table size is now 1 meg"}));
   EXPECT_EQ(linesStartingWith(engine.transcript, "option name Hash"),
             std::vector<std::string>{"option name Hash type spin default 1 min 0 max 4096"});
+}
+
+TEST(EngineOptions, SpinValuesBeyondTheirRangesAreHeldToTheNearerEnd) {
+  // A draw worth more than a mate made the search of bare kings endless, and
+  // the most negative 32-bit value overflowed when the draw value was negated.
+  ProcessResult run = engine("setoption name Drawscore value 32001\n"
+                             "setoption name King Safety Aggressiveness value -7\n"
+                             "setoption name Red depth threshold value 2147483648\n"
+                             "setoption name move overhead milliseconds value -2147483648\n"
+                             "uci\n"
+                             "position fen 8/8/8/4k3/8/8/8/4K3 w - - 0 1\n"
+                             "go depth 6\n"
+                             "setoption name Drawscore value -2147483648\n"
+                             "go depth 6\n",
+                             {}, 20.0);
+  ASSERT_FALSE(run.timedOut) << run.standardOutput.substr(run.standardOutput.size() - 300);
+  EXPECT_EQ(run.exitCode, 0);
+  std::vector<std::string> spins = linesStartingWith(run.standardOutput, "option name");
+  spins.erase(spins.begin(), spins.end() - 4);
+  EXPECT_EQ(spins, (std::vector<std::string>{
+                       "option name Red depth threshold type spin default 100 min 0 max 100",
+                       "option name King Safety Aggressiveness type spin default 0 min 0 max 10",
+                       "option name move overhead milliseconds type spin default 0 min 0 max 30000",
+                       "option name Drawscore type spin default 50 min -50 max 50",
+                   }));
+  std::vector<std::string> moves = bestMoves(run.standardOutput);
+  ASSERT_EQ(moves.size(), 2u);
+  for (const std::string& move : moves) EXPECT_TRUE(isLegalMove("8/8/8/4k3/8/8/8/4K3 w - - 0 1", move)) << move;
+}
+
+TEST(EngineOptions, HashBeyondItsRangeOrMemoryKeepsTheTableInUse) {
+#ifdef TARVOK_SANITIZE
+  GTEST_SKIP() << "the sanitizer's shadow memory doesn't start inside an address-space limit";
+#endif
+  // In 2 GB of address space the 4096 MB that the value is held to can't be
+  // had: the engine says so and plays on with the table it has.
+  ProcessResult run = runProgram("/bin/sh", {"-c", "ulimit -v 2000000 && exec " TARVOK_ENGINE_PATH},
+                                 "setoption name Hash value 2147483648\nuci\ngo depth 5\n", 20.0);
+  EXPECT_EQ(run.exitCode, 0) << run.standardError;
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "info string"),
+            std::vector<std::string>{"info string no memory for a hash table of 4096 meg, keeping 64 meg"});
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "option name Hash"),
+            std::vector<std::string>{"option name Hash type spin default 64 min 0 max 4096"});
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(lastLineStartingWith(run.standardOutput, "bestmove"), "bestmove")));
 }
 
 }  // namespace

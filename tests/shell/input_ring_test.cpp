@@ -63,8 +63,8 @@ struct PipeFedRing {
 };
 
 std::string take(InputRing& ring) {
-  const char* line = takeInputLine(ring);
-  return line ? line : "<none>";
+  const InputSlot* slot = takeInputLine(ring);
+  return !slot ? "<none>" : slot->dropped ? "<dropped>" : slot->text;
 }
 
 TEST(InputRing, LinesComeOutInOrderWithTheirEndings) {
@@ -82,18 +82,19 @@ TEST(InputRing, LinesComeOutInOrderWithTheirEndings) {
   EXPECT_TRUE(inputFinished(*fed.ring));
 }
 
-TEST(InputRing, LongLineArrivesInPiecesOfTheReadLimit) {
+TEST(InputRing, LinesUpToTheLimitComeWholeLongerOnesAreDroppedWhole) {
   PipeFedRing fed;
-  std::string longLine(20000, 'x');
-  for (size_t i = 0; i < longLine.size(); i += 1000) longLine[i] = static_cast<char>('a' + i / 1000);
-  fed.write(longLine + "\nisready\n");
+  std::string longest(longestLine, 'x');
+  for (size_t i = 0; i < longest.size(); i += 1000) longest[i] = static_cast<char>('a' + i / 1000 % 26);
+  // Far beyond a pipe's buffer: the write returns as the reader reads.
+  fed.write(longest + "\n" + longest + "y\n" + std::string(200000, 'z') + "\nisready\n" + longest + "yy");
   fed.closeInput();
   ASSERT_TRUE(fed.waitForEnd());
-  const size_t piece = readLimit - 1;
-  EXPECT_EQ(take(*fed.ring), longLine.substr(0, piece));
-  EXPECT_EQ(take(*fed.ring), longLine.substr(piece, piece));
-  EXPECT_EQ(take(*fed.ring), longLine.substr(2 * piece) + "\n");
-  EXPECT_EQ(take(*fed.ring), "isready\n");
+  EXPECT_EQ(take(*fed.ring), longest + "\n");
+  EXPECT_EQ(take(*fed.ring), "<dropped>");
+  EXPECT_EQ(take(*fed.ring), "<dropped>");
+  EXPECT_EQ(take(*fed.ring), "isready\n") << "the reader skips to the end of a dropped line";
+  EXPECT_EQ(take(*fed.ring), "<dropped>") << "a last line without line ending";
   EXPECT_TRUE(inputFinished(*fed.ring));
 }
 
@@ -112,7 +113,7 @@ TEST(InputRing, FullRingMakesTheReaderWaitAndLosesNothing) {
   EXPECT_EQ(fed.unread(), ringSlots - 1) << "the reader must wait while 127 lines are unread";
 
   // The line taken last stays intact while the ring fills up behind it.
-  const char* held = takeInputLine(*fed.ring);
+  const char* held = takeInputLine(*fed.ring)->text;
   EXPECT_STREQ(held, "line 0\n");
   EXPECT_TRUE(fed.waitForUnread(ringSlots - 1));
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -121,12 +122,12 @@ TEST(InputRing, FullRingMakesTheReaderWaitAndLosesNothing) {
   int next = 1, outOfOrder = 0;
   auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (!inputFinished(*fed.ring) && std::chrono::steady_clock::now() < deadline) {
-    const char* line = takeInputLine(*fed.ring);
-    if (!line) {
+    const InputSlot* slot = takeInputLine(*fed.ring);
+    if (!slot) {
       std::this_thread::yield();
       continue;
     }
-    if (std::string(line) != "line " + std::to_string(next) + "\n") ++outOfOrder;
+    if (std::string(slot->text) != "line " + std::to_string(next) + "\n") ++outOfOrder;
     ++next;
   }
   writer.join();

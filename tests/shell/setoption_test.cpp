@@ -73,7 +73,7 @@ TEST_F(SetOption, HashBelowOneTurnsTheTableOff) {
   EXPECT_EQ(hashSizeMb, 0);
   EXPECT_EQ(output, "info string Hash tables turned OFF\n");
   send("setoption name hash value -5");
-  EXPECT_EQ(hashSizeMb, -5);
+  EXPECT_EQ(hashSizeMb, 0);
   EXPECT_EQ(output, "info string Hash tables turned OFF\n");
   EXPECT_EQ(logText(), "Hash tables turned off\nHash tables turned off\n");
 }
