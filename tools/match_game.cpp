@@ -104,7 +104,12 @@ bool Table::playTurn(int gameNumber) {
   // the opponent could still have mated, so the user sees every overstep as a loss.
   if (read == EngineRead::Timeout || used > remaining[side] + settings.timeMarginSeconds) {
     ++tallyOf(side).timeLosses;
-    lose(side, "loses on time", "time forfeit");
+    char times[96];
+    if (read == EngineRead::Timeout)
+      std::snprintf(times, sizeof times, "no bestmove within %.0f ms", 1000 * used);
+    else
+      std::snprintf(times, sizeof times, "%.1f ms used of %.1f", 1000 * used, 1000 * remaining[side]);
+    lose(side, std::string("loses on time, ") + times, "time forfeit");
     return false;
   }
   // Within the margin the clock stops at zero rather than going below it.
