@@ -90,6 +90,11 @@ TEST(PlayableLine, EndsBeforeAnImpossibleMoveAndAfterTheMoveThatDraws) {
       {start, "g1f3", "g8f6 f3g1 b8c6 g1f3 f6g8", "g8f6 f3g1 b8c6 g1f3 f6g8"},  // no repetition yet
       {"4k3/8/8/8/8/8/8/4K2R w K -", "", "e1g1 e8d7 f1f7 d7e6", "e1g1 e8d7 f1f7 d7e6"},  // castling kept
       {"6k1/5ppp/8/8/8/8/8/R5K1 w - -", "", "a1a8 g8h8", "a1a8"},  // nothing follows a mate
+      // Taking the last piece that could mate ends the game; bishops all on
+      // one colour can't mate either, one on each colour can.
+      {"8/8/8/4k3/8/3r4/4K3/8 w - -", "", "e2d3 e5e6 d3e2", "e2d3"},
+      {"8/8/8/2b1k3/3P4/8/4K3/4B3 b - -", "", "c5d4 e2f3 d4c5", "c5d4"},
+      {"4k3/8/8/8/8/8/8/2b1KB2 w - -", "", "f1e2 c1d2 e1d2 e8d7", "f1e2 c1d2 e1d2"},
   };
   for (const Case& c : cases) {
     Game game(c.fen, words(c.game));
@@ -105,8 +110,9 @@ TEST(PlayableLine, EndsBeforeAnImpossibleMoveAndAfterTheMoveThatDraws) {
 // there stops after the hundredth.
 TEST(PlayableLine, StopsAtTheFiftyMoveLimit) {
   // The white king snakes over the board, a square it never stood on each
-  // move, while the black king steps between h8 and g8: no position comes
-  // twice, so only the count of moves can end the line.
+  // move, while the black king steps between h8 and g8 beside two white
+  // knights: no position comes twice, so only the count of moves can end the
+  // line.
   std::vector<std::string> squares;
   for (int rank = 0; rank < 6; ++rank)
     for (int i = 0; i < 8; ++i) squares.push_back(std::string(1, "abcdefgh"[rank % 2 ? 7 - i : i]) + char('1' + rank));
@@ -117,7 +123,7 @@ TEST(PlayableLine, StopsAtTheFiftyMoveLimit) {
     moves.push_back(i % 2 ? "h8g8" : "g8h8");
   }
   ASSERT_EQ(moves.size(), 104u);
-  Game game("7k/8/8/8/8/8/8/K7 w - -", std::vector<std::string>(moves.begin(), moves.begin() + 90));
+  Game game("7k/6NN/8/8/8/8/8/K7 w - -", std::vector<std::string>(moves.begin(), moves.begin() + 90));
   std::vector<Move> line = lineOf(game.current(), std::vector<std::string>(moves.begin() + 90, moves.end()));
   Move shown[lineLength];
   EXPECT_EQ(playableLine(game.current(), line.data(), shown), 10);
