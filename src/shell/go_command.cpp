@@ -61,8 +61,8 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead) {
 
 // A clock with increment. The goal spends a thirtieth of the spare time and
 // most of the increment, where the spare time is what the clock holds beyond
-// a reserve that no move may touch: five increments and fifteen move
-// overheads (0.55 s at 5 s + 0.05 s with the default overhead). On a busy
+// a reserve that no move may touch: five increments and ten move
+// overheads (0.45 s at 5 s + 0.05 s with the default overhead). On a busy
 // machine a move can take a good deal longer than the search asked for, since
 // the engine doesn't always get the processor; the reserve is there to absorb
 // that, and a clock spent down to a couple of increments, where the goal
@@ -70,7 +70,7 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead) {
 // the goal takes less than the increment, so the clock grows back, and the
 // hard limit never reaches into more than half of the spare time.
 double incrementBudget(double timeLeft, double increment, double overhead) {
-  const double reserve = 5.0 * increment + 15.0 * overhead;
+  const double reserve = 5.0 * increment + 10.0 * overhead;
   const double spare = timeLeft > reserve ? timeLeft - reserve : 0.0;
   const double share = timeLeft < reserve ? timeLeft / reserve : 1.0;
   double goal = spare / 30 + 0.95 * increment * share - overhead;

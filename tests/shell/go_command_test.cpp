@@ -43,11 +43,11 @@ TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
     const char* logLine;
   };
   const Case cases[] = {
-      {60, 1, 0, 2.7533, 500, "We have     60.0 seconds for the game.       2.8 goal set\n"},
-      // Below the reserve of five increments and fifteen overheads: less than
+      {60, 1, 0, 2.7567, 500, "We have     60.0 seconds for the game.       2.8 goal set\n"},
+      // Below the reserve of five increments and ten overheads: less than
       // the increment, and no more than the goal.
-      {2, 1, 0, 0.3385, 100, "We have      2.0 seconds for the game.       0.3 goal set\n"},
-      {5, 0.05, 0, 0.1758, 500, "We have      5.0 seconds for the game.       0.2 goal set\n"},
+      {2, 1, 0, 0.3454, 100, "We have      2.0 seconds for the game.       0.3 goal set\n"},
+      {5, 0.05, 0, 0.1792, 500, "We have      5.0 seconds for the game.       0.2 goal set\n"},
       {300, 0, 0, 5.98, 321, "We have    300.0 seconds for the game.       6.0 goal set\n"},
       {60, 0, 30, 1.855, 504, "We have     60.0 seconds to make 30 moves =      1.9 goal\n"},
       {10, 0, 1, 3.3133, 135, "We have     10.0 seconds to make 1 moves =      3.3 goal\n"},
