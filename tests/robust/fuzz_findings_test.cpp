@@ -6,28 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "../shell/option_state.h"
+#include "../support/option_state.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "shell/game.h"
-#include "shell/input_ring.h"
-#include "shell/uci.h"
 
 namespace {
 
 struct FuzzFinding : OptionState {
-  void SetUp() override {
-    OptionState::SetUp();
-    while (takeInputLine(inputRing)) {
-    }
-  }
-  // Every line served in order; what the engine printed meanwhile.
-  std::string serve(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) storeInputLine(inputRing, line.c_str());
-    testing::internal::CaptureStdout();
-    while (inputRing.readIndex != inputRing.writeIndex) uciPoll();
-    return testing::internal::GetCapturedStdout();
-  }
   static const char* defectOf(const char* fen) {
     Position position;
     parseFen(position, fen);

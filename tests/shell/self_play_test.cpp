@@ -11,15 +11,15 @@
 
 #include "../support/legal_moves.h"
 #include "../support/uci_lines.h"
-#include "engine_session.h"
+#include "../support/engine_session.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double startSeconds = 2.0;
-constexpr int incrementMs = 50;
-constexpr int pliesCap = 60;
+constexpr double startSeconds = 1.0;
+constexpr int incrementMs = 20;
+constexpr int pliesCap = 40;
 
 // Plays one game up to mate, stalemate or the ply cap; returns the least time
 // that any side had left after a move.
@@ -39,7 +39,7 @@ double playGame(EngineSession* players[2], const std::vector<std::string>& openi
   for (const std::string& m : opening) EXPECT_TRUE(play(m)) << m;
   double remaining[2] = {startSeconds, startSeconds};
   double leastLeft = startSeconds;
-  while (ply < pliesCap && legalMoveCount(game[ply]) > 0) {
+  while (ply < pliesCap && !legalMoves(game[ply]).empty()) {
     const int side = sideToMove(game[ply]);
     char go[160];
     std::snprintf(go, sizeof go, "go wtime %d btime %d winc %d binc %d", static_cast<int>(remaining[White] * 1000),

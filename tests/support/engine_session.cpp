@@ -2,8 +2,11 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
+#include <fstream>
 #include <poll.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,8 +29,7 @@ EngineSession::EngineSession(const char* path, const std::vector<std::string>& a
   if (child_ == 0) {
     dup2(in[0], 0);
     dup2(out[1], 1);
-    int errorFile = open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644);
-    dup2(errorFile, 2);
+    dup2(open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644), 2);
     for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
     if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     execv(path, argv.data());
@@ -41,15 +43,13 @@ EngineSession::EngineSession(const char* path, const std::vector<std::string>& a
 }
 
 EngineSession::~EngineSession() {
-  if (input_ >= 0) close(input_);
+  closeInput();
   if (output_ >= 0) close(output_);
   if (child_ > 0) {
     kill(child_, SIGKILL);
     waitpid(child_, nullptr, 0);
   }
 }
-
-void EngineSession::send(const std::string& line) { write(line + "\n"); }
 
 void EngineSession::write(const std::string& text) {
   if (input_ >= 0 && ::write(input_, text.data(), text.size()) < 0) closeInput();
@@ -102,8 +102,7 @@ int EngineSession::waitForExit(double seconds) {
   pending_.clear();
   while (secondsSince(start) < seconds) {
     int status = 0;
-    pid_t done = waitpid(child_, &status, WNOHANG);
-    if (done == child_) {
+    if (waitpid(child_, &status, WNOHANG) == child_) {
       child_ = -1;
       return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
@@ -111,4 +110,27 @@ int EngineSession::waitForExit(double seconds) {
   }
   timedOut = true;
   return -1;
+}
+
+ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments, const std::string& input,
+                         double timeLimitSeconds, const char* workingDirectory) {
+  ProcessResult result{"", "", -1, false};
+  char errorPath[] = "/tmp/tarvok-stderr-XXXXXX";
+  close(mkstemp(errorPath));
+  {
+    // The inputs of the tests are far below a pipe's buffer, so writing all
+    // of it before reading can't stall either side.
+    EngineSession program(path, arguments, workingDirectory, errorPath);
+    program.write(input);
+    program.closeInput();
+    result.exitCode = program.waitForExit(timeLimitSeconds);
+    result.timedOut = program.timedOut;
+    result.standardOutput = program.transcript;
+  }
+  std::ifstream file(errorPath);
+  std::stringstream text;
+  text << file.rdbuf();
+  result.standardError = text.str();
+  std::remove(errorPath);
+  return result;
 }
