@@ -6,17 +6,13 @@
 
 namespace {
 
+using testboard::MoveCase;
 using testboard::mv;
 using testboard::parsed;
 using testboard::sq;
 
 TEST(ExchangeValue, WorkedSequencesInPawnUnits) {
-  struct Case {
-    const char* fen;
-    Move move;
-    int value;
-  };
-  const Case cases[] = {
+  const MoveCase cases[] = {
       // Qxd5 (rook), Qxd5, Rxd5, Bxd5: 5 - 9 + 10 - 5. The bishop on f7 stands
       // behind its queen and joins once she has gone; a queen counts 9 as the
       // first capturer and 10 later.
@@ -37,7 +33,7 @@ TEST(ExchangeValue, WorkedSequencesInPawnUnits) {
       // A move onto its own square asks what the piece there would lose.
       {"6k1/8/8/8/3Q4/8/4n3/7K w", mv("d4", "d4"), -9},
   };
-  for (const Case& c : cases) EXPECT_EQ(exchangeValue(parsed(c.fen), c.move, 0), c.value) << c.fen;
+  for (const MoveCase& c : cases) EXPECT_EQ(exchangeValue(parsed(c.fen), c.move, 0), c.value) << c.fen;
 }
 
 TEST(HangingValue, TheWorstLossStopsTheScanAfterItsKindOnceLargeEnough) {

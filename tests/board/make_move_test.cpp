@@ -30,7 +30,7 @@ uint64_t castlingKeyOf(Bitboard moved) {
 }
 
 // Names the first field that differs from a recount, or "" if none does.
-std::string firstWrongField(const Position& p, bool withScores) {
+std::string firstWrongField(const Position& p) {
   uint64_t hashKey = pieceKeys[p.ctm & 1] ^ castlingKeyOf(p.moved), pawnKey = 0, materialKey = 0;
   ScorePair pstScore = 0;
   int phase = 0;
@@ -55,8 +55,8 @@ std::string firstWrongField(const Position& p, bool withScores) {
   if (hashKey != p.hashKey) return "hashKey";
   if (pawnKey != p.pawnKey) return "pawnKey";
   if (materialKey != p.materialKey) return "materialKey";
-  if (withScores && pstScore != p.pstScore) return "pstScore";
-  if (withScores && phase != p.phase) return "phase";
+  if (pstScore != p.pstScore) return "pstScore";
+  if (phase != p.phase) return "phase";
   return "";
 }
 
@@ -67,7 +67,7 @@ struct PathWalk {
   uint64_t wrong = 0;
   void walk(const Position& position, int depth) {
     ++nodes;
-    wrong += !firstWrongField(position, true).empty();
+    wrong += !firstWrongField(position).empty();
     if (depth == 0) return;
     Move list[maxGeneratedMoves];
     int count = generateAllMoves(position, list);
@@ -103,64 +103,56 @@ TEST(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
   }
 }
 
-TEST(MakeMove, ADoubleStepNamesItsTargetOnlyWhenAnEnemyPawnCanTake) {
+// An en-passant target is kept only where a pawn can take, whether a FEN
+// names it or a double step makes it; the double step goes into lastMove.
+TEST(MakeMove, EnPassantOnlyWhereAPawnCanTake) {
   struct Case {
     const char* fen;
-    Move move;
+    Move move;           // 0: the FEN alone
     const char* target;  // "" for none
+    Move named = 0;      // the double step the FEN's field names
   };
+  const Move e2e4 = mv("e2", "e4", KindDoubleStep);
   const Case cases[] = {
-      {"4k3/8/8/8/8/8/4P3/4K3 w - -", mv("e2", "e4", KindDoubleStep), ""},
-      {"4k3/8/8/8/3p4/8/4P3/4K3 w - -", mv("e2", "e4", KindDoubleStep), "e3"},
+      {"4k3/8/8/8/8/8/4P3/4K3 w - -", e2e4, ""},
+      {"4k3/8/8/8/3p4/8/4P3/4K3 w - -", e2e4, "e3"},
       {"4k3/4p3/8/5P2/8/8/8/4K3 b - -", mv("e7", "e5", KindDoubleStep), "e6"},
-      {"4k3/8/8/8/3P4/8/4P3/4K3 w - -", mv("e2", "e4", KindDoubleStep), ""},  // the mover's own pawn
-      {"4k3/8/8/p7/8/8/7P/4K3 w - -", mv("h2", "h4", KindDoubleStep), ""},    // beside only round the edge
+      {"4k3/8/8/8/3P4/8/4P3/4K3 w - -", e2e4, ""},                            // the mover's own pawn
+      {"4k3/8/8/p7/8/8/7P/4K3 w - -", mv("h2", "h4", KindDoubleStep), ""},  // beside only round the edge
       {"4k3/8/8/8/8/7p/P7/4K3 w - -", mv("a2", "a4", KindDoubleStep), ""},
+      {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3", 0, "", mv("e2", "e4")},
+      {"rnbqkbnr/ppp1pppp/8/8/3pP3/8/PPPP1PPP/RNBQKBNR b KQkq e3", 0, "e3", mv("e2", "e4")},
+      {"4k3/8/8/3pP3/8/8/8/4K3 w - d6", 0, "d6", mv("d7", "d5")},
+      {"4k3/8/8/3pP3/8/8/8/4K3 w -    d6 0 1", 0, "d6", mv("d7", "d5")},
+      {"4k3/8/8/3pP3/8/8/8/4K3 w - z6", 0, "", 0},  // no such square: "-"
+      {"4k3/8/8/3pP3/8/8/8/4K3 w - d", 0, "", 0},
+      {"4k3/8/8/3pP3/8/8/8/4K3 w -", 0, "", 0},
   };
   for (const Case& c : cases) {
-    Position root = testboard::rootPosition(c.fen), child;
-    makeMove(root, child, c.move);
-    EXPECT_EQ(child.epBit, c.target[0] ? squareBit(sq(c.target)) : 0) << c.fen;
-    EXPECT_EQ(firstWrongField(child, true), "") << c.fen;
+    Position root, child;
+    std::memset(&root, 0x5a, sizeof root);  // parseFen must clear everything itself
+    parseFen(root, c.fen);
+    fillRootScores(root);
+    if (c.move) makeMove(root, child, c.move);
+    const Position& p = c.move ? child : root;
+    EXPECT_EQ(p.epBit, c.target[0] ? squareBit(sq(c.target)) : 0) << c.fen;
+    EXPECT_EQ(p.lastMove, c.move ? c.move : c.named) << c.fen;
+    EXPECT_EQ(firstWrongField(p), "") << c.fen;
   }
+  // A FEN without its later fields: white to move unless it says b, no
+  // castling rights.
+  EXPECT_EQ(parsed("4k3/8/8/8/3p4/8/4P3/4K3").ctm & 1, White);
+  Position blackToMove = parsed("4k3/8/8/8/8/8/8/4K3 b ");
+  EXPECT_EQ(sideToMove(blackToMove), Black);
+  EXPECT_EQ(blackToMove.moved, 0xFF000000000000FFULL);
+  EXPECT_EXIT(parsed("4k3/8/8/8/8/8/8/4K3 x - -"), ::testing::ExitedWithCode(1),
+              "^Error in ctm for fen \"4k3/8/8/8/8/8/8/4K3 x - -\"$");
   // A move that doesn't fit the board passes: the record stays consistent
   // with the other side to move.
   Position root = testboard::rootPosition("4k3/8/8/8/8/8/8/4K2R w K -"), child;
   makeMove(root, child, mv("e4", "e5"));
-  EXPECT_EQ(firstWrongField(child, true), "");
+  EXPECT_EQ(firstWrongField(child), "");
   EXPECT_EQ(sideToMove(child), Black);
-}
-
-TEST(ParseFen, EnPassantOnlyWhereAPawnCanTakeAndPlainDefaultsForShortTexts) {
-  struct Case {
-    const char* fen;
-    int side;
-    const char* target;  // "" for none
-    Move lastMove;       // the double step the field names, 0 for none
-  };
-  const Case cases[] = {
-      {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3", Black, "", mv("e2", "e4")},
-      {"rnbqkbnr/ppp1pppp/8/8/3pP3/8/PPPP1PPP/RNBQKBNR b KQkq e3", Black, "e3", mv("e2", "e4")},
-      {"4k3/8/8/3pP3/8/8/8/4K3 w - d6", White, "d6", mv("d7", "d5")},
-      {"4k3/8/8/3pP3/8/8/8/4K3 w -    d6 0 1", White, "d6", mv("d7", "d5")},
-      {"4k3/8/8/3pP3/8/8/8/4K3 w - z6", White, "", 0},  // no such square: "-"
-      {"4k3/8/8/3pP3/8/8/8/4K3 w - d", White, "", 0},
-      {"4k3/8/8/3pP3/8/8/8/4K3 w -", White, "", 0},
-      {"4k3/8/8/8/3p4/8/4P3/4K3", White, "", 0},
-      {"4k3/8/8/8/8/8/8/4K3 b ", Black, "", 0},
-  };
-  for (const Case& c : cases) {
-    Position p;
-    std::memset(&p, 0x5a, sizeof p);  // parseFen must clear everything itself
-    parseFen(p, c.fen);
-    EXPECT_EQ(sideToMove(p), c.side) << c.fen;
-    EXPECT_EQ(p.epBit, c.target[0] ? squareBit(sq(c.target)) : 0) << c.fen;
-    EXPECT_EQ(p.lastMove, c.lastMove) << c.fen;
-    EXPECT_EQ(firstWrongField(p, false), "") << c.fen;
-  }
-  EXPECT_EQ(parsed("4k3/8/8/8/8/8/8/4K3 b ").moved, 0xFF000000000000FFULL) << "no castling field: no rights";
-  EXPECT_EXIT(parsed("4k3/8/8/8/8/8/8/4K3 x - -"), ::testing::ExitedWithCode(1),
-              "^Error in ctm for fen \"4k3/8/8/8/8/8/8/4K3 x - -\"$");
 }
 
 }  // namespace

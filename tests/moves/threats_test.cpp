@@ -10,16 +10,12 @@
 
 namespace {
 
+using testboard::MoveCase;
 using testboard::mv;
 using testboard::parsed;
 
 TEST(GivesCheck, DirectAndDiscoveredChecksAndTheBlindSpots) {
-  struct Case {
-    const char* fen;
-    Move move;
-    int check;
-  };
-  const Case cases[] = {
+  const MoveCase cases[] = {
       // The knight leaves the e-file: check by the rook, whatever its new square.
       {"4k3/8/8/8/4N3/8/8/4R1K1 w - -", mv("e4", "c3"), 1},
       {"4k3/8/8/8/4N3/8/8/4R1K1 w - -", mv("e4", "d6"), 1},
@@ -40,16 +36,12 @@ TEST(GivesCheck, DirectAndDiscoveredChecksAndTheBlindSpots) {
       // En passant: the captured pawn still blocks the rank.
       {"8/8/8/R2pP2k/8/8/8/4K3 w - d6", mv("e5", "d6", KindEnPassant), 0},
   };
-  for (const Case& c : cases) EXPECT_EQ(givesCheck(parsed(c.fen), c.move), c.check) << c.fen;
+  for (const MoveCase& c : cases) EXPECT_EQ(givesCheck(parsed(c.fen), c.move), c.value) << c.fen;
 }
 
+// 0: nothing worth a look; 1: wins an exchange; 2: attacks something bigger.
 TEST(MoveThreat, WhatThePieceThatJustMovedAttacks) {
-  struct Case {
-    const char* fen;
-    Move move;
-    int threat;  // 0 nothing, 1 wins an exchange, 2 attacks something bigger
-  };
-  const Case cases[] = {
+  const MoveCase cases[] = {
       {"4k3/8/3p1p2/8/4P3/8/8/4K3 w - - 0 1", mv("e4", "e5"), 0},
       {"4k3/8/3p1n2/8/4P3/8/8/4K3 w - - 0 1", mv("e4", "e5"), 2},
       {"8/3k4/8/4P3/8/8/8/4K3 w - - 0 1", mv("e5", "e6"), 2},  // the king is bigger than a pawn
@@ -68,10 +60,10 @@ TEST(MoveThreat, WhatThePieceThatJustMovedAttacks) {
       {"4k3/8/8/8/2p5/3n4/8/4K3 w - - 0 1", mv("e1", "e2"), 0},
       {"k2q4/8/8/8/8/8/8/3R3K w - - 0 1", 0, 0},  // a null move threatens nothing
   };
-  for (const Case& c : cases) {
+  for (const MoveCase& c : cases) {
     Position parent = parsed(c.fen), child;
     makeMove(parent, child, c.move);
-    EXPECT_EQ(moveThreat(child), c.threat) << c.fen;
+    EXPECT_EQ(moveThreat(child), c.value) << c.fen;
   }
   // A record read from text has no move behind it, even when its en-passant
   // field names the double step that attacks a knight.
@@ -79,19 +71,15 @@ TEST(MoveThreat, WhatThePieceThatJustMovedAttacks) {
 }
 
 TEST(CountEvasions, LegalRepliesToCheckUpToThree) {
-  struct Case {
-    const char* fen;
-    int replies;
-  };
-  const Case cases[] = {
-      {"R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 0},
-      {"4r2k/8/8/8/8/8/8/4K3 w - - 0 1", 3},  // four king moves
-      {"4r2k/8/8/8/8/8/r7/4K3 w - - 0 1", 2},
+  const MoveCase cases[] = {
+      {"R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 0, 0},
+      {"4r2k/8/8/8/8/8/8/4K3 w - - 0 1", 0, 3},  // four king moves
+      {"4r2k/8/8/8/8/8/r7/4K3 w - - 0 1", 0, 2},
       // Double check: the knight could take the bishop or block the rook, but
       // neither answers both.
-      {"4k3/2n5/8/1B6/8/8/8/4RRK1 b - - 0 1", 1},
+      {"4k3/2n5/8/1B6/8/8/8/4RRK1 b - - 0 1", 0, 1},
   };
-  for (const Case& c : cases) EXPECT_EQ(countEvasions(parsed(c.fen)), c.replies) << c.fen;
+  for (const MoveCase& c : cases) EXPECT_EQ(countEvasions(parsed(c.fen)), c.value) << c.fen;
 }
 
 }  // namespace

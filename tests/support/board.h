@@ -26,6 +26,13 @@ inline Move mv(const char* from, const char* to, uint32_t kind = KindNormal) {
   return makeMoveWord(sq(from), sq(to), kind);
 }
 
+// A row of the tables that ask a question about a move in a position.
+struct MoveCase {
+  const char* fen;
+  Move move;
+  int value;
+};
+
 inline Position parsed(const char* fen) {
   Position p;
   parseFen(p, fen);

@@ -95,18 +95,14 @@ std::string EngineSession::waitFor(const std::string& prefix, double seconds) {
 
 int EngineSession::waitForExit(double seconds) {
   auto start = std::chrono::steady_clock::now();
-  std::string line;
-  while (output_ >= 0 && readLine(line, seconds - secondsSince(start))) {
+  for (std::string line; output_ >= 0 && readLine(line, seconds - secondsSince(start));) {
   }
   transcript += pending_;
   pending_.clear();
-  while (secondsSince(start) < seconds) {
-    int status = 0;
-    if (waitpid(child_, &status, WNOHANG) == child_) {
-      child_ = -1;
-      return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    usleep(1000);
+  for (int status = 0; secondsSince(start) < seconds; usleep(1000)) {
+    if (waitpid(child_, &status, WNOHANG) != child_) continue;
+    child_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
   timedOut = true;
   return -1;
@@ -114,22 +110,17 @@ int EngineSession::waitForExit(double seconds) {
 
 ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments, const std::string& input,
                          double timeLimitSeconds, const char* workingDirectory) {
-  ProcessResult result{"", "", -1, false};
   char errorPath[] = "/tmp/tarvok-stderr-XXXXXX";
   close(mkstemp(errorPath));
-  {
-    // The inputs of the tests are far below a pipe's buffer, so writing all
-    // of it before reading can't stall either side.
-    EngineSession program(path, arguments, workingDirectory, errorPath);
-    program.write(input);
-    program.closeInput();
-    result.exitCode = program.waitForExit(timeLimitSeconds);
-    result.timedOut = program.timedOut;
-    result.standardOutput = program.transcript;
-  }
-  std::ifstream file(errorPath);
+  EngineSession program(path, arguments, workingDirectory, errorPath);
+  // The inputs of the tests are far below a pipe's buffer, so writing all
+  // of it before reading can't stall either side.
+  program.write(input);
+  program.closeInput();
+  ProcessResult result{"", "", program.waitForExit(timeLimitSeconds), program.timedOut};
+  result.standardOutput = program.transcript;
   std::stringstream text;
-  text << file.rdbuf();
+  text << std::ifstream(errorPath).rdbuf();
   result.standardError = text.str();
   std::remove(errorPath);
   return result;
