@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -211,11 +210,7 @@ TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZe
                                         {start, moveField("g1f3"), 10}, {afterE4, moveField("e7e5"), 5},
                                         {afterE4, moveField("c7c5"), 5}, {1, moveField("a1b1"), 1},
                                         {~uint64_t{0}, moveField("b1c1"), 3}});
-  // What the engine writes to standard error is shown if the test fails: a
-  // sanitizer's report, or the text of a stop.
-  const std::string errorPath = testing::TempDir() + "stress-errors-" + std::to_string(getpid()) + ".txt";
-  std::remove(errorPath.c_str());
-  EngineSession engine(TARVOK_ENGINE_PATH, {}, nullptr, errorPath.c_str());
+  EngineSession engine(TARVOK_ENGINE_PATH);
   int goLines = 0, readyChecks = 0;
   int oddIsReady = 0;  // lines such as "isready\r" that the engine reads as isready
   auto send = [&](const std::string& line) {
@@ -250,13 +245,8 @@ TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZe
   EXPECT_EQ(countOf(engine.transcript, "bestmove "), goLines - refused) << goLines << " go lines, " << refused << " refused";
   EXPECT_GT(goLines - refused, 150) << "most searches run";
   EXPECT_GT(readyChecks, 700);
-  if (testing::Test::HasFailure()) {
-    std::ifstream file(errorPath);
-    std::stringstream text;
-    text << file.rdbuf();
-    std::printf("The engine's standard error:\n%s\n", text.str().c_str());
-  }
-  std::remove(errorPath.c_str());
+  // A sanitizer's report, or the text of a stop.
+  if (testing::Test::HasFailure()) std::printf("The engine's standard error:\n%s\n", engine.errors().c_str());
 }
 
 }  // namespace

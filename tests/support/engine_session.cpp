@@ -2,11 +2,8 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
-#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,32 +16,36 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
 }  // namespace
 
 EngineSession::EngineSession(const char* path, const std::vector<std::string>& arguments,
-                             const char* workingDirectory, const char* errorPath) {
+                             const char* workingDirectory) {
   std::vector<char*> argv{const_cast<char*>(path)};
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
-  int in[2], out[2];
-  if (pipe(in) || pipe(out)) return;
+  int in[2], out[2], err[2];
+  if (pipe(in) || pipe(out) || pipe(err)) return;
   child_ = fork();
   if (child_ == 0) {
     dup2(in[0], 0);
     dup2(out[1], 1);
-    dup2(open(errorPath, O_WRONLY | O_CREAT | O_APPEND, 0644), 2);
-    for (int fd : {in[0], in[1], out[0], out[1]}) close(fd);
+    dup2(err[1], 2);
+    for (int fd : {in[0], in[1], out[0], out[1], err[0], err[1]}) close(fd);
     if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
     execv(path, argv.data());
     _exit(127);
   }
   close(in[0]);
   close(out[1]);
+  close(err[1]);
   input_ = in[1];
   output_ = out[0];
+  error_ = err[0];
+  fcntl(error_, F_SETFL, O_NONBLOCK);
   signal(SIGPIPE, SIG_IGN);
 }
 
 EngineSession::~EngineSession() {
   closeInput();
-  if (output_ >= 0) close(output_);
+  for (int fd : {output_, error_})
+    if (fd >= 0) close(fd);
   if (child_ > 0) {
     kill(child_, SIGKILL);
     waitpid(child_, nullptr, 0);
@@ -108,20 +109,20 @@ int EngineSession::waitForExit(double seconds) {
   return -1;
 }
 
+std::string EngineSession::errors() {
+  std::string text;
+  char buffer[4096];
+  for (ssize_t got; error_ >= 0 && (got = read(error_, buffer, sizeof buffer)) > 0;) text.append(buffer, got);
+  return text;
+}
+
 ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments, const std::string& input,
                          double timeLimitSeconds, const char* workingDirectory) {
-  char errorPath[] = "/tmp/tarvok-stderr-XXXXXX";
-  close(mkstemp(errorPath));
-  EngineSession program(path, arguments, workingDirectory, errorPath);
+  EngineSession program(path, arguments, workingDirectory);
   // The inputs of the tests are far below a pipe's buffer, so writing all
   // of it before reading can't stall either side.
   program.write(input);
   program.closeInput();
-  ProcessResult result{"", "", program.waitForExit(timeLimitSeconds), program.timedOut};
-  result.standardOutput = program.transcript;
-  std::stringstream text;
-  text << std::ifstream(errorPath).rdbuf();
-  result.standardError = text.str();
-  std::remove(errorPath);
-  return result;
+  const int exitCode = program.waitForExit(timeLimitSeconds);
+  return {program.transcript, program.errors(), exitCode, program.timedOut};
 }

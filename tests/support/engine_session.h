@@ -8,10 +8,9 @@
 
 class EngineSession {
  public:
-  // The program runs in workingDirectory if one is given, else in the
-  // caller's; its standard error goes to errorPath (appended to).
+  // The program runs in workingDirectory if one is given, else in the caller's.
   explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {},
-                         const char* workingDirectory = nullptr, const char* errorPath = "/dev/null");
+                         const char* workingDirectory = nullptr);
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
@@ -26,6 +25,8 @@ class EngineSession {
   // Reads to the end of the output and waits for the process to end; its
   // exit code, or -1 if it didn't exit normally or the time ran out first.
   int waitForExit(double seconds);
+  // What the program has written to its standard error so far.
+  std::string errors();
 
   std::string transcript;  // a last line without line ending is added by waitForExit
   bool timedOut = false;
@@ -35,6 +36,7 @@ class EngineSession {
   pid_t child_ = -1;
   int input_ = -1;
   int output_ = -1;
+  int error_ = -1;
   std::string pending_;
 };
 
