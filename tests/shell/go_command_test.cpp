@@ -18,22 +18,40 @@ struct Budget : OptionState {
   }
 };
 
-TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
+// The clock of the side to move turned into a goal, the last iteration and
+// the hard limit in percent of the goal, for worked examples with 20 ms of
+// overhead; the searches with a limit of their own have no goal.
+TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
   struct Case {
-    double timeLeft, increment;
-    int movesToGo, depth;
+    const char* line;
+    int side;
     double goal;
-    int percent;
+    int maxDepth, percent;
   };
+  constexpr double year = 31622400.0;
   const Case cases[] = {
-      {60, 1, 0, 0, 2.8967, 500}, {2, 1, 0, 0, 0.4345, 400}, {300, 0, 0, 0, 5.98, 321},
-      {60, 0, 30, 0, 1.855, 504}, {10, 0, 1, 0, 3.3133, 135}, {10, 0, 0, -1, 4.98, 100},
-      {0.004, 0, 5, 0, 0.005, 100},  // in deep trouble the goal stops at its floor
+      {"go wtime 60000 btime 60000 winc 1000 binc 1000", White, 2.8967, 99, 500},
+      {"go wtime 2000 btime 9000 winc 1000 binc 0", White, 0.4345, 99, 400},
+      {"go wtime 300000 btime 1", White, 5.98, 99, 321},  // no increment: the percentage stays
+      {"go wtime 30000 btime 30000 depth 0", Black, 0.58, 99, 321},
+      {"go wtime 60000 btime 1000 movestogo 30 winc 5000", White, 1.855, 99, 504},
+      {"go wtime 1 btime 10000 movestogo 1 binc 5000", Black, 3.3133, 99, 135},
+      {"go wtime 9000 btime 4 movestogo 5", Black, 0.005, 99, 100},  // in deep trouble the goal stops at its floor
+      {"go wtime 10000 btime 10000 depth -1", White, 4.98, 99, 100},  // half the time
+      {"go wtime 10 btime 10 depth 5", White, year, 5, 321},
+      {"go infinite depth 3", White, year, 99, 321},
+      {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
+      {"go wtime 10 btime 10 movetime 400", White, 0.4, 99, 321},
   };
   for (const Case& c : cases) {
-    hardTimePercent = 321;  // the game budget without increment leaves it as it was
-    EXPECT_NEAR(timeBudget(c.timeLeft, c.increment, c.movesToGo, c.depth, 0.02), c.goal, 0.00005) << c.timeLeft;
-    EXPECT_EQ(hardTimePercent, c.percent) << c.timeLeft;
+    hardTimePercent = 321;
+    Words words(c.line);
+    GoRequest request;
+    readGoWords(words.tokens.data(), words.count, request);
+    SearchPlan plan = planSearch(request, c.side, 0.02);
+    EXPECT_NEAR(plan.goal, c.goal, 0.00005) << c.line;
+    EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
+    EXPECT_EQ(hardTimePercent, c.percent) << c.line;
   }
 }
 
