@@ -37,12 +37,9 @@ TEST(ExchangeValue, WorkedSequencesInPawnUnits) {
 }
 
 TEST(HangingValue, TheWorstLossStopsTheScanAfterItsKindOnceLargeEnough) {
-  struct Case {
-    const char* fen;
-    const char* square;
-    int hanging;      // in the finer scale, queen 19
-    int worst;        // worstHanging of the whole side
-  };
+  // The loss of the piece on the square in the finer scale (queen 19), and
+  // the worst loss of the whole side.
+  struct Case { const char* fen; const char* square; int hanging, worst; };
   const Case cases[] = {
       {"6k1/8/8/8/3Q4/8/4n3/7K w", "d4", -19, -19},
       {"6k1/8/8/3r4/8/8/3P4/7K w", "d2", -2, -2},

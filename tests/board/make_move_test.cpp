@@ -82,11 +82,7 @@ struct PathWalk {
 TEST(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
   initPieceSquare();
   stopSearch = 0;
-  struct Case {
-    const char* fen;
-    int depth;
-    uint64_t nodes;  // all nodes of the tree, the root included
-  };
+  struct Case { const char* fen; int depth; uint64_t nodes; };  // nodes: the whole tree, root included
   // Castling both ways with pins, kings walking out and back; promotions,
   // under-promotions and captures on the eighth rank; en passant with a
   // pinned pawn on the rank.
@@ -106,12 +102,9 @@ TEST(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
 // An en-passant target is kept only where a pawn can take, whether a FEN
 // names it or a double step makes it; the double step goes into lastMove.
 TEST(MakeMove, EnPassantOnlyWhereAPawnCanTake) {
-  struct Case {
-    const char* fen;
-    Move move;           // 0: the FEN alone
-    const char* target;  // "" for none
-    Move named = 0;      // the double step the FEN's field names
-  };
+  // A move of 0 asks about the FEN alone, a target of "" for none; named is
+  // the double step the FEN's field names.
+  struct Case { const char* fen; Move move; const char* target; Move named = 0; };
   const Move e2e4 = mv("e2", "e4", KindDoubleStep);
   const Case cases[] = {
       {"4k3/8/8/8/8/8/4P3/4K3 w - -", e2e4, ""},

@@ -31,10 +31,7 @@ class Evaluate : public ::testing::Test {
 // Values worked out term by term, apart from this code, each the same for
 // the position with the colours exchanged.
 TEST_F(Evaluate, ReferenceValuesTheSameForBothColours) {
-  struct Case {
-    const char* fen;
-    int value;
-  };
+  struct Case { const char* fen; int value; };
   const Case cases[] = {
       {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", 10},
       {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -", -63},

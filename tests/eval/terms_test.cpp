@@ -44,11 +44,7 @@ EvalFrame frameWithAttacks(const Position& p) {
 }
 
 TEST_F(EvalTerms, PawnStructure) {
-  struct Case {
-    const char* fen;  // white's pawns are judged
-    ScorePair (*term)(const PawnWords&);
-    int32_t open, end;
-  };
+  struct Case { const char* fen; ScorePair (*term)(const PawnWords&); int32_t open, end; };  // white's pawns
   const Case cases[] = {
       // Tripled rook pawns on an open file: three open isolated pawns, the
       // front one doubled and isolated too; b3, b4 and b5 are defended.
@@ -77,11 +73,7 @@ TEST_F(EvalTerms, PawnStructure) {
 }
 
 TEST_F(EvalTerms, PassedPawns) {
-  struct Case {
-    const char* fen;
-    const char* square;  // of white's passer
-    int32_t open, end;
-  };
+  struct Case { const char* fen; const char* square; int32_t open, end; };  // white's passer
   const Case cases[] = {
       // e4: rank, kings at distance 4, free and clear path; no rook term yet.
       {"k7/8/8/8/4P3/8/8/4R2K w", "e4", 90 + 18 + 2, 175 - 118 + 178 + 108 + 8},
@@ -135,11 +127,7 @@ TEST_F(EvalTerms, KingSafety) {
 
 TEST_F(EvalTerms, PieceTerms) {
   enum Pass { Pieces, Threats, Late };
-  struct Case {
-    const char* fen;  // white's terms are judged
-    Pass pass;
-    int32_t open, end;
-  };
+  struct Case { const char* fen; Pass pass; int32_t open, end; };  // white's terms
   const Case cases[] = {
       // Knight: b3 and c2 both ahead; no own pawns costs (125, 125). An enemy
       // pawn on d3 takes c2 out of the mobility area.
@@ -178,11 +166,7 @@ TEST_F(EvalTerms, PieceTerms) {
 }
 
 TEST_F(EvalTerms, EndingsScoredByTheirOwnRules) {
-  struct Case {
-    const char* fen;
-    int32_t (*handler)(const Position&);
-    int32_t value;  // white's view
-  };
+  struct Case { const char* fen; int32_t (*handler)(const Position&); int32_t value; };  // white's view
   const Case cases[] = {
       // KPK draws give three to the pawn's side: the corner, the pawn on the
       // seventh in front of the king (won only with white to move), the

@@ -7,11 +7,7 @@
 namespace {
 
 TEST(Perft, PublishedTotals) {
-  struct Case {
-    const char* fen;
-    int depth;
-    uint64_t leaves;
-  };
+  struct Case { const char* fen; int depth; uint64_t leaves; };
   const Case cases[] = {
       {"", 5, 4865609},  // the start position
       // Castling through and out of check, pins and promotions in the middle game.

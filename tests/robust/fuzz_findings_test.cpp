@@ -9,6 +9,7 @@
 
 #include "../support/board.h"
 #include "../support/option_state.h"
+#include "../support/uci_lines.h"
 #include "board/keys.h"
 #include "shell/game.h"
 
@@ -16,12 +17,6 @@ namespace {
 
 using testboard::parsed;
 using FuzzFinding = OptionState;
-
-int countOf(const std::string& text, const std::string& what) {
-  int count = 0;
-  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
-  return count;
-}
 
 // The en-passant field named e3 with black to move while no white pawn stood
 // on e4 and a white pawn stood on e3: the capture toggled a pawn into being,

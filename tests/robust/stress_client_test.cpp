@@ -15,6 +15,7 @@
 #include "../support/book_writer.h"
 #include "../support/engine_session.h"
 #include "../support/legal_moves.h"
+#include "../support/uci_lines.h"
 #include "shell/input_ring.h"
 #include "shell/self_test.h"
 
@@ -45,12 +46,6 @@ bool isCommand(const std::string& word) {
   return false;
 }
 
-int countOf(const std::string& text, const std::string& what) {
-  int count = 0;
-  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
-  return count;
-}
-
 struct StressClient {
   std::mt19937 random{20240611};
   std::string bookPath;
@@ -66,7 +61,8 @@ struct StressClient {
     for (const auto& row : testFens) {
       std::istringstream words(row);
       std::string board, side, castling, enPassant;
-      if (words >> board >> side >> castling >> enPassant) fens.push_back(board + " " + side + " " + castling + " " + enPassant);
+      if (words >> board >> side >> castling >> enPassant)
+        fens.push_back(board + " " + side + " " + castling + " " + enPassant);
     }
   }
   uint32_t pick(uint32_t n) { return static_cast<uint32_t>(random() % n); }
@@ -134,20 +130,23 @@ struct StressClient {
                                        "go ponder depth 1 ponderhit"};
     if (linesUntilEnd > 0 || pick(6) != 0) return oneOf(bounded);
     std::string line = oneOf(open);
-    pendingEnd = line.find("ponder") != std::string::npos && line != "go ponder infinite" && pick(2) ? "ponderhit" : "stop";
+    const bool hitEnds = line.find("ponder") != std::string::npos && line != "go ponder infinite";
+    pendingEnd = hitEnds && pick(2) ? "ponderhit" : "stop";
     linesUntilEnd = 1 + static_cast<int>(pick(4));
     return line;
   }
 
   std::string setoptionLine() {
-    static const char* const names[] = {"Hash", "Red depth threshold", "King Safety Aggressiveness", "Drawscore",
-                                        "KING SAFETY AGGRESSIVENESS", "MultiPV", "move overhead milliseconds",
-                                        "use lmr", "null move pruning", "deterministic", "Best Line", "OwnBook", "Ponder"};
+    static const char* const names[] = {"Hash",    "Red depth threshold", "King Safety Aggressiveness", "Drawscore",
+                                        "MultiPV", "KING SAFETY AGGRESSIVENESS", "move overhead milliseconds",
+                                        "use lmr", "null move pruning", "deterministic", "Best Line", "OwnBook",
+                                        "Ponder"};
     static const char* const values[] = {"0", "-1", "1", "2", "16", "100", "1000000", "2147483647", "-2147483648",
                                          "99999999999999999999", "abc", "", "7 8 9", "true", "false", "TRUE", "maybe"};
     static const char* const odd[] = {"setoption", "setoption name", "setoption value 3", "setoption name value",
                                       "setoption name Drawscore value", "setoption value name Hash",
-                                      "setoption name No Such Option value 1", "setoption name name name value value value",
+                                      "setoption name No Such Option value 1",
+                                      "setoption name name name value value value",
                                       "setoption name Book File value", "setoption name Book File value /",
                                       "setoption name Book File value no-such-book.bin"};
     if (pick(4) == 0) return pick(2) ? "setoption name Book File value " + bookPath : oneOf(odd);
@@ -242,7 +241,8 @@ TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZe
   EXPECT_EQ(engine.waitForExit(answerSeconds), 0);
   std::remove(client.bookPath.c_str());
   const int refused = countOf(engine.transcript, "info string go refused while a search runs\n");
-  EXPECT_EQ(countOf(engine.transcript, "bestmove "), goLines - refused) << goLines << " go lines, " << refused << " refused";
+  EXPECT_EQ(countOf(engine.transcript, "bestmove "), goLines - refused)
+      << goLines << " go lines, " << refused << " refused";
   EXPECT_GT(goLines - refused, 150) << "most searches run";
   EXPECT_GT(readyChecks, 700);
   // A sanitizer's report, or the text of a stop.

@@ -68,29 +68,29 @@ struct Book : OptionState {
   }
 };
 
-std::vector<Entry> around(uint64_t key, std::vector<Entry> entries, int before, int after) {
+// An entry of the start position.
+Entry opening(const char* move, uint16_t weight) { return {keyOf(startFen), moveField(move), weight}; }
+
+// The entries with records of other keys just before and after the start position's.
+std::vector<Entry> around(std::vector<Entry> entries, int before, int after) {
+  const uint64_t key = keyOf(startFen);
   for (int k = 1; k <= before; ++k) entries.push_back({key - k, moveField("a2a3"), 1});
   for (int k = 1; k <= after; ++k) entries.push_back({key + k, moveField("a2a3"), 1});
   return entries;
 }
 
 TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
-  const uint64_t start = keyOf(startFen);
-  std::vector<Entry> crowded(64, Entry{start, moveField("e2e4"), 1});
-  for (int i = 0; i < 6; ++i) crowded.push_back({start, moveField("d2d4"), 60000});
+  std::vector<Entry> crowded(64, opening("e2e4", 1));
+  for (int i = 0; i < 6; ++i) crowded.push_back(opening("d2d4", 60000));
   std::vector<Entry> crowdedBroken = crowded;
   crowdedBroken.back().move = moveField("e2e5");
-  struct Case {
-    std::vector<Entry> entries;
-    const char* fen;
-    const char* move;
-    int tailBytes = 0;
-  };
+  struct Case { std::vector<Entry> entries; const char* fen; const char* move; int tailBytes = 0; };
   const Case cases[] = {
-      {around(start, {{start, moveField("g1f3"), 7}}, 0, 20), startFen, "g1f3"},  // the first record
-      {around(start, {{start, moveField("d2d4"), 3}}, 20, 0), startFen, "d2d4"},  // the last
-      {around(start, {{start, moveField("d2d4"), 3}}, 20, 0), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq -", "none"},
-      {{{start, moveField("e2e4"), 0}, {start, moveField("d2d4"), 0}}, startFen, "none"},  // weight 0 is no move
+      {around({opening("g1f3", 7)}, 0, 20), startFen, "g1f3"},  // the first record
+      {around({opening("d2d4", 3)}, 20, 0), startFen, "d2d4"},  // the last
+      {around({opening("d2d4", 3)}, 20, 0), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R b KQkq -",
+       "none"},  // between records
+      {{opening("e2e4", 0), opening("d2d4", 0)}, startFen, "none"},  // weight 0 is no move
       // Castling is written as the king taking its own rook.
       {{{keyOf(castlingFen), moveField("e1h1"), 1}}, castlingFen, "e1g1"},
       {{{keyOf(castlingFen), moveField("e1a1"), 1}}, castlingFen, "e1c1"},
@@ -102,10 +102,10 @@ TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
       {{{keyOf(pawnFen), moveField("a7a8", 1), 1}}, pawnFen, "a7a8n"},
       // A move that isn't legal here silences the whole position.
       {{{keyOf(pawnFen), moveField("e1e2", 4), 1}}, pawnFen, "none"},
-      {{{start, moveField("e2e4"), 10}, {start, moveField("e2e5"), 10}, {start, moveField("d2d4"), 10}}, startFen, "none"},
+      {{opening("e2e4", 10), opening("e2e5", 10), opening("d2d4", 10)}, startFen, "none"},
       {{{keyOf(noRightsFen), moveField("e1h1"), 1}}, noRightsFen, "none"},
       // A tail shorter than a record is no record.
-      {{{start - 1, moveField("a2a3"), 1}, {start, moveField("b1c3"), 1}}, startFen, "b1c3", 15},
+      {around({opening("b1c3", 1)}, 1, 0), startFen, "b1c3", 15},
       {{}, startFen, "none", 15},
       // Only the first 64 entries of a position count, but all must be legal.
       {crowded, startFen, "e2e4"},
@@ -125,21 +125,16 @@ TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
 }
 
 TEST_F(Book, MovesAreDrawnByWeightOrWithBestLineOnlyAmongTheHeaviest) {
-  const uint64_t start = keyOf(startFen);
-  struct Case {
-    std::vector<Entry> entries;
-    bool bestLine;
-    std::map<std::string, double> shares;  // of 2000 draws, within 0.05
-  };
+  // The share of 2000 draws each move gets, within 0.05.
+  struct Case { std::vector<Entry> entries; bool bestLine; std::map<std::string, double> shares; };
   const Case cases[] = {
       // Three at the head of the file: the walk back stops at its start.
-      {around(start, {{start, moveField("e2e4"), 10}, {start, moveField("d2d4"), 10}, {start, moveField("c2c4"), 10}}, 0, 2),
-       true, {{"e2e4", 1 / 3.0}, {"d2d4", 1 / 3.0}, {"c2c4", 1 / 3.0}}},
-      {{{start, moveField("e2e4"), 30}, {start, moveField("d2d4"), 10}}, false, {{"e2e4", 0.75}, {"d2d4", 0.25}}},
-      {{{start, moveField("e2e4"), 0}, {start, moveField("d2d4"), 1}, {start, moveField("c2c4"), 0}}, false, {{"d2d4", 1}}},
-      {{{start, moveField("d2d4"), 10}, {start, moveField("e2e4"), 30}}, true, {{"e2e4", 1}}},
-      {{{start, moveField("e2e4"), 5}, {start, moveField("d2d4"), 5}, {start, moveField("c2c4"), 1}}, true,
-       {{"e2e4", 0.5}, {"d2d4", 0.5}}},
+      {around({opening("e2e4", 10), opening("d2d4", 10), opening("c2c4", 10)}, 0, 2), true,
+       {{"e2e4", 1 / 3.0}, {"d2d4", 1 / 3.0}, {"c2c4", 1 / 3.0}}},
+      {{opening("e2e4", 30), opening("d2d4", 10)}, false, {{"e2e4", 0.75}, {"d2d4", 0.25}}},
+      {{opening("e2e4", 0), opening("d2d4", 1), opening("c2c4", 0)}, false, {{"d2d4", 1}}},
+      {{opening("d2d4", 10), opening("e2e4", 30)}, true, {{"e2e4", 1}}},
+      {{opening("e2e4", 5), opening("d2d4", 5), opening("c2c4", 1)}, true, {{"e2e4", 0.5}, {"d2d4", 0.5}}},
   };
   for (const Case& c : cases) {
     useBook(c.entries);

@@ -12,10 +12,7 @@ namespace {
 
 TEST(DrawnMaterial, MinorPiecesAloneAreDrawnAwayFromTheRoot) {
   buildReductionTables();
-  struct Case {
-    const char* fen;
-    bool drawn;
-  };
+  struct Case { const char* fen; bool drawn; };
   const Case cases[] = {
       {"8/8/8/4k3/8/8/8/4K3 w", true},   {"8/8/8/4k3/8/8/8/3NK3 w", true},  {"8/8/8/3bk3/8/8/8/4K3 b", true},
       {"8/8/8/3nk3/8/8/8/3NK3 w", true}, {"8/8/8/3bk3/8/8/8/3BK3 w", true}, {"8/8/8/3bk3/8/8/8/3NK3 w", true},
@@ -47,11 +44,7 @@ TEST(DrawValue, DrawscoreCountsForTheSideToMoveAtTheRoot) {
 
 // A line of records built by hand from a root of key 100: each step has the
 // key it reaches and the piece it moved and took; a piece of 0 is a null move.
-struct Step {
-  uint64_t key;
-  int piece;
-  int captured = 0;
-};
+struct Step { uint64_t key; int piece; int captured = 0; };
 
 bool drawnAfter(const std::vector<Step>& steps) {
   static Position records[128];

@@ -11,13 +11,13 @@ class HashTableTest : public ::testing::Test {
   void TearDown() override { hashRelease(); }
   static uint64_t inBucket(uint64_t n) { return (n << 32) | 5; }
   static uint64_t slotKey(int i) { return hashTable.buckets[5].entries[i].key; }
-  static void store(uint64_t n, int16_t depth) { hashStore(inBucket(n), depth, 0, boundExact, static_cast<uint16_t>(n)); }
+  static void store(uint64_t n, int16_t depth) {
+    hashStore(inBucket(n), depth, 0, boundExact, static_cast<uint16_t>(n));
+  }
 };
 
 TEST_F(HashTableTest, MateScoresCountFromTheNodeThatStoresOrReadsThem) {
-  struct Case {
-    int score, storePly, probePly, read;
-  };
+  struct Case { int score, storePly, probePly, read; };
   const Case cases[] = {
       {31990, 10, 4, 31996},   {-31990, 10, 4, -31996}, {31800, 3, 3, 31800},
       {-31800, 3, 7, -31796},  {31799, 10, 2, 31799},   {-250, 7, 1, -250},

@@ -28,10 +28,7 @@ const char* const uciAnswer =
     "uciok\n";
 
 TEST(Engine, AnswersEveryLineUpToTheEndOfItsInputThenExitsWithZero) {
-  struct Case {
-    const char* input;
-    std::string output;
-  };
+  struct Case { const char* input; std::string output; };
   const Case cases[] = {
       {"uci\nisready\nquit\n", std::string(uciAnswer) + "readyok\n"},
       {"isready\n", "readyok\n"},
@@ -50,10 +47,7 @@ TEST(Engine, AnswersEveryLineUpToTheEndOfItsInputThenExitsWithZero) {
 }
 
 TEST(Engine, ACommandLineErrorPrintsTheUsageAndExitsWith255) {
-  struct Case {
-    std::vector<std::string> arguments;
-    const char* message;  // "" for a command line that is accepted
-  };
+  struct Case { std::vector<std::string> arguments; const char* message; };  // "" for one that is accepted
   const Case cases[] = {
       {{"-help"}, "Error. option -help not found.\n"},
       {{"-log"}, "Error.  No argument.\n"},

@@ -22,12 +22,7 @@ struct Budget : OptionState {
 // the hard limit in percent of the goal, for worked examples with 20 ms of
 // overhead; the searches with a limit of their own have no goal.
 TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
-  struct Case {
-    const char* line;
-    int side;
-    double goal;
-    int maxDepth, percent;
-  };
+  struct Case { const char* line; int side; double goal; int maxDepth, percent; };
   constexpr double year = 31622400.0;
   const Case cases[] = {
       {"go wtime 60000 btime 60000 winc 1000 binc 1000", White, 2.8967, 99, 500},

@@ -16,11 +16,9 @@ void position(const std::string& line) {
 }
 
 TEST(PositionCommand, PlaysTheMovesUpToTheFirstThatIsntLegalAndRefusesImpossibleBoards) {
-  struct Case {
-    const char* line;
-    int length;       // of the game after it
-    const char* fen;  // of the last record; null: the previous game stays
-  };
+  // The length of the game after the line and the FEN of its last record;
+  // a null FEN: the previous game stays.
+  struct Case { const char* line; int length; const char* fen; };
   const char* const afterD4 = "rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b KQkq -";
   const Case cases[] = {
       {"position startpos moves e2e4 e7e5", 2, "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq -"},

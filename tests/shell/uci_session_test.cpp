@@ -26,13 +26,16 @@ std::string search(EngineSession& engine, const std::string& lines, double secon
   return wordAfter(engine.waitFor("bestmove", seconds), "bestmove");
 }
 
-bool hasLine(const std::string& output, const std::string& prefix) { return !linesStartingWith(output, prefix).empty(); }
+bool hasLine(const std::string& output, const std::string& prefix) {
+  return !linesStartingWith(output, prefix).empty();
+}
 
 TEST(UciSession, AnInfiniteSearchServesIsReadyRefusesWhatWouldDisturbItAndEndsOnlyAtStopOrQuit) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("go infinite depth 3");
   ASSERT_NE(engine.waitFor("info depth 6", 20.0), "") << "infinite wins over depth";
-  engine.send("position startpos moves e2e4\ngo depth 2\nsetoption name HASH value 8\nsetoption name Drawscore value 3");
+  engine.send("position startpos moves e2e4\ngo depth 2\nsetoption name HASH value 8");
+  engine.send("setoption name Drawscore value 3");
   engine.send("isready");
   ASSERT_EQ(engine.waitFor("readyok", 5.0), "readyok");
   EXPECT_EQ(linesStartingWith(engine.transcript, "info string"),
@@ -81,7 +84,9 @@ TEST(UciSession, MoveTimeEndsWithinItsHardLimitAndPonderHoldsItsBestMoveUntilPon
 TEST(UciSession, MultiPvReportsOneLineFirstThenThreeDistinctLinesAnIterationBestFirst) {
   ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "setoption name MultiPV value 3\ngo depth 6\n", 30.0);
   ASSERT_FALSE(run.timedOut);
-  const std::regex row(R"(info multipv (\d+) score cp (-?\d+) depth (\d+) time \d+ nodes \d+ nps \d+ pv ((?:[a-h][1-8][a-h][1-8][qrbn]? )+))");
+  const std::regex row(
+      R"(info multipv (\d+) score cp (-?\d+) depth (\d+) time \d+ nodes \d+ nps \d+ )"
+      R"(pv ((?:[a-h][1-8][a-h][1-8][qrbn]? )+))");
   std::map<int, std::vector<int>> numbers, scores;
   std::map<int, std::vector<std::string>> firstMoves;
   for (const std::string& line : linesStartingWith(run.standardOutput, "info multipv")) {
@@ -136,15 +141,12 @@ TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndH
             (std::vector<std::string>{"info string maybe not recognized as checkbox argument",
                                       "info string book file is My Books/Big Opening File.BIN",
                                       "info string no such option not recognized", "info string Hash tables turned OFF",
-                                      "info string Hash tables turned OFF", "info string Hash table size is now 1 meg"}));
+                                      "info string Hash tables turned OFF",
+                                      "info string Hash table size is now 1 meg"}));
 }
 
 TEST(UciSession, FindsMatesAndReportsTheirDistance) {
-  struct Case {
-    const char* fen;
-    const char* firstMove;  // "" where several mate as fast
-    int mateIn;
-  };
+  struct Case { const char* fen; const char* firstMove; int mateIn; };  // firstMove "" where several mate as fast
   const Case cases[] = {
       {"6k1/5ppp/8/8/8/8/8/R5K1 w - -", "a1a8", 1},      // back-rank mate
       {"7k/8/5K2/8/8/8/8/R7 w - -", "", 2},              // rook ending

@@ -27,11 +27,7 @@ inline Move mv(const char* from, const char* to, uint32_t kind = KindNormal) {
 }
 
 // A row of the tables that ask a question about a move in a position.
-struct MoveCase {
-  const char* fen;
-  Move move;
-  int value;
-};
+struct MoveCase { const char* fen; Move move; int value; };
 
 inline Position parsed(const char* fen) {
   Position p;
@@ -63,7 +59,9 @@ inline std::string colourMirror(const std::string& fen) {
   std::istringstream fields(fen);
   std::string board, side, castling = "-", enPassant = "-";
   fields >> board >> side >> castling >> enPassant;
-  auto swapCase = [](char c) { return std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c); };
+  auto swapCase = [](char c) {
+    return static_cast<char>(std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c));
+  };
   std::vector<std::string> ranks;
   std::istringstream rows(board);
   for (std::string rank; std::getline(rows, rank, '/');) ranks.insert(ranks.begin(), rank);
@@ -73,7 +71,8 @@ inline std::string colourMirror(const std::string& fen) {
     mirrored += (mirrored.empty() ? "" : "/") + rank;
   }
   std::transform(castling.begin(), castling.end(), castling.begin(), swapCase);
-  std::sort(castling.begin(), castling.end(), [](char a, char b) { return std::string("KQkq-").find(a) < std::string("KQkq-").find(b); });
+  const std::string order = "KQkq-";
+  std::sort(castling.begin(), castling.end(), [&](char a, char b) { return order.find(a) < order.find(b); });
   if (enPassant != "-") enPassant[1] = static_cast<char>('1' + '8' - enPassant[1]);
   return mirrored + (side == "w" ? " b " : " w ") + castling + " " + enPassant;
 }
