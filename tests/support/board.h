@@ -1,6 +1,5 @@
 // Boards for the tests: squares and moves by name, positions read by the
-// engine's own FEN reader, the evaluation's tables at a chosen setting, and a
-// check of both halves of a score pair.
+// engine's own FEN reader, and the evaluation's tables at a chosen setting.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -45,11 +44,6 @@ inline Position rootPosition(const char* fen) {
 inline void useEvaluationTables(int32_t aggressiveness = 6) {
   kingSafetyAggressiveness = aggressiveness;
   initEvaluation();
-}
-
-inline void expectPair(ScorePair actual, int32_t open, int32_t end, const std::string& what = "") {
-  EXPECT_EQ(scorePairOpen(actual), open) << what;
-  EXPECT_EQ(scorePairEnd(actual), end) << what;
 }
 
 // The same position with the colours exchanged: ranks turned over, pieces,
