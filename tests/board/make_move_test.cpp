@@ -9,6 +9,7 @@
 #include <string>
 
 #include "../support/board.h"
+#include "../support/legal_moves.h"
 #include "board/keys.h"
 #include "board/queries.h"
 #include "moves/generate.h"
@@ -68,13 +69,10 @@ struct PathWalk {
   void walk(const Position& position, int depth) {
     ++nodes;
     wrong += !firstWrongField(position).empty();
-    if (depth == 0) return;
-    Move list[maxGeneratedMoves];
-    int count = generateAllMoves(position, list);
     Position child;
-    for (int i = 0; i < count; ++i) {
-      makeMove(position, child, list[i]);
-      if (!kingAttacked(child, position.ctm)) walk(child, depth - 1);
+    for (Move move : depth > 0 ? legalMoves(position) : std::vector<Move>{}) {
+      makeMove(position, child, move);
+      walk(child, depth - 1);
     }
   }
 };

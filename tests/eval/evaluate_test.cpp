@@ -16,16 +16,12 @@ using testboard::rootPosition;
 // or an earlier option setting.
 class Evaluate : public ::testing::Test {
  protected:
-  void SetUp() override { clearCaches(); }
-  void TearDown() override {
-    testboard::useEvaluationTables();
-    clearCaches();
-  }
-  static void clearCaches() {
+  void SetUp() override {
     testboard::useEvaluationTables();
     std::memset(evalCache, 0, sizeof evalCache);
     std::memset(etable, 0, sizeof etable);
   }
+  void TearDown() override { SetUp(); }
 };
 
 // Values worked out term by term, apart from this code, each the same for

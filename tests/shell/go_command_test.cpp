@@ -10,13 +10,7 @@
 
 namespace {
 
-struct Budget : OptionState {
-  int32_t savedPercent = hardTimePercent;
-  void TearDown() override {
-    hardTimePercent = savedPercent;
-    OptionState::TearDown();
-  }
-};
+using Budget = OptionState;
 
 // The clock of the side to move turned into a goal, the last iteration and
 // the hard limit in percent of the goal, for worked examples with 20 ms of
@@ -38,6 +32,7 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
       {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
       {"go wtime 10 btime 10 movetime 400", White, 0.4, 99, 321},
   };
+  const int32_t savedPercent = hardTimePercent;
   for (const Case& c : cases) {
     hardTimePercent = 321;
     Words words(c.line);
@@ -48,6 +43,7 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
     EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
     EXPECT_EQ(hardTimePercent, c.percent) << c.line;
   }
+  hardTimePercent = savedPercent;
 }
 
 // The request as text: clocks and increments white/black, move time, moves
