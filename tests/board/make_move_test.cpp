@@ -6,6 +6,7 @@
 
 #include <bit>
 #include <cstring>
+#include <set>
 #include <string>
 
 #include "../support/board.h"
@@ -144,6 +145,16 @@ TEST(MakeMove, EnPassantOnlyWhereAPawnCanTake) {
   makeMove(root, child, mv("e4", "e5"));
   EXPECT_EQ(firstWrongField(child), "");
   EXPECT_EQ(sideToMove(child), Black);
+}
+
+// Rights lost in different ways share a key (the recount above sees only the
+// rights), and each set of rights has a key of its own.
+TEST(MakeMove, EachSetOfCastlingRightsHasItsOwnKey) {
+  std::set<uint64_t> keys;
+  for (const char* rights : {"-", "K", "Q", "k", "q", "KQ", "Kk", "Kq", "Qk", "Qq", "kq", "KQk", "KQq", "Kkq", "Qkq",
+                             "KQkq"})
+    keys.insert(parsed((std::string("r3k2r/8/8/8/8/8/8/R3K2R w ") + rights + " -").c_str()).hashKey);
+  EXPECT_EQ(keys.size(), 16u);
 }
 
 }  // namespace

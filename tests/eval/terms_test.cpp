@@ -63,6 +63,7 @@ TEST_F(EvalTerms, EndingsScoredByTheirOwnRules) {
       {"k7/8/P7/8/4K3/8/8/2B5 b", endKbpk, 6},
       {"k7/8/P7/8/4K3/8/8/3B4 w", endKbpk, 412},
       {"7k/8/8/7P/8/8/8/KB6 w", endKbpk, 12 - 7 + 0 - 3},
+      {"8/2k5/P7/8/4K3/8/8/2B5 w", endKbpk, 12 - 4 + 2 - 2},  // the defender just in time for the corner
       {"2b5/8/8/4k3/8/p7/8/K7 w", endKbpk, -6},
       {"3b4/8/8/4k3/8/p7/8/K7 w", endKbpk, -412},
       // KNPK: a rook's pawn on the seventh is held from the corner.

@@ -11,7 +11,7 @@ TEST(HashTable, MateScoresCountFromTheNodeThatStoresOrReadsThem) {
   struct Case { int score, storePly, probePly, read; };
   const Case cases[] = {
       {31990, 10, 4, 31996}, {-31990, 10, 4, -31996}, {31800, 3, 3, 31800},
-      {-31800, 3, 7, -31796}, {31799, 10, 2, 31799},  {-250, 7, 1, -250},
+      {-31800, 3, 7, -31796}, {31799, 10, 2, 31799},  {-31799, 10, 2, -31799}, {-250, 7, 1, -250},
   };
   for (const Case& c : cases) {
     hashStore(12345, 8, scoreToStore(c.score, c.storePly), boundExact, 0);
