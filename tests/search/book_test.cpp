@@ -134,6 +134,7 @@ TEST_F(Book, MovesAreDrawnByWeightOrWithBestLineOnlyAmongTheHeaviest) {
       {{opening("e2e4", 30), opening("d2d4", 10)}, false, {{"e2e4", 0.75}, {"d2d4", 0.25}}},
       {{opening("e2e4", 0), opening("d2d4", 1), opening("c2c4", 0)}, false, {{"d2d4", 1}}},
       {{opening("d2d4", 10), opening("e2e4", 30)}, true, {{"e2e4", 1}}},
+      {{opening("d2d4", 255), opening("e2e4", 256)}, true, {{"e2e4", 1}}},  // a weight takes both bytes
       {{opening("e2e4", 5), opening("d2d4", 5), opening("c2c4", 1)}, true, {{"e2e4", 0.5}, {"d2d4", 0.5}}},
   };
   for (const Case& c : cases) {
