@@ -29,4 +29,27 @@ TEST(HashTable, MateScoresCountFromTheNodeThatStoresOrReadsThem) {
   EXPECT_EXIT(hashAllocate(2147483647), ::testing::ExitedWithCode(1), "Hash table too big\n");
 }
 
+// Four entries share a bucket. A store takes an empty slot, else its own
+// key's, else the entry of an older search whatever its depth, else the
+// shallowest, the lowest slot first.
+TEST(HashTable, AStoreReplacesTheOldestEntryElseTheShallowest) {
+  hashAllocate(1);
+  auto store = [](uint64_t n, int16_t depth) { hashStore(n << 32 | 5, depth, 0, boundExact, 1); };
+  auto slotOf = [](uint64_t n) {
+    for (int i = 0; i < 4; ++i)
+      if (hashTable.buckets[5].entries[i].key == (n << 32 | 5)) return i;
+    return -1;
+  };
+  store(1, 6), store(2, 8), store(3, 40), store(4, 10);
+  EXPECT_EQ(slotOf(1) * 1000 + slotOf(2) * 100 + slotOf(3) * 10 + slotOf(4), 123) << "a fresh table fills in order";
+  hashAdvanceAge();
+  store(1, 6), store(2, 8), store(4, 2), store(5, 30);
+  EXPECT_EQ(slotOf(5), 2) << "the old deep entry goes first";
+  store(6, 6);
+  EXPECT_EQ(slotOf(6), 3) << "then the shallowest";
+  store(7, 9);
+  EXPECT_EQ(slotOf(7), 0) << "of equal depths the lowest slot";
+  hashRelease();
+}
+
 }  // namespace

@@ -17,13 +17,13 @@ namespace {
 
 // The self-test table is this build's fingerprint: every rule of the search,
 // the move order and the evaluation feeds the node count. Its cheaper rows,
-// endings and a middle game, keep any change to them from passing unnoticed
-// between runs of -test.
+// endings and middle games with and without queens, keep any change to them
+// from passing unnoticed between runs of -test.
 TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
   initKeys(keySeed);
   testboard::useEvaluationTables();
   hashAllocate(64);
-  for (int row : {3, 42, 43, 48}) {
+  for (int row : {3, 26, 42, 43, 48}) {
     char fen[160];
     batchMode = 1;
     searchTestRow(row, fen);
