@@ -40,7 +40,9 @@ TEST(HashTable, AStoreReplacesTheOldestEntryElseTheShallowest) {
       if (hashTable.buckets[5].entries[i].key == (n << 32 | 5)) return i;
     return -1;
   };
-  store(1, 6), store(2, 8), store(3, 40), store(4, 10);
+  store(1, 6), store(2, 8), store(3, 40);
+  EXPECT_EQ(hashTable.buckets[5].entries[3].key, 0u) << "a new table is empty";
+  store(4, 10);
   EXPECT_EQ(slotOf(1) * 1000 + slotOf(2) * 100 + slotOf(3) * 10 + slotOf(4), 123) << "a fresh table fills in order";
   hashAdvanceAge();
   store(1, 6), store(2, 8), store(4, 2), store(5, 30);
