@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr Square sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
-
 // Walks the rays square by square: the reference that the magic lookup must match.
 Bitboard walkedAttacks(Square s, Bitboard occupied, bool diagonal) {
   static const int bishopSteps[4][2] = {{1, 1}, {1, -1}, {-1, 1}, {-1, -1}};

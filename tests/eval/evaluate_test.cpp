@@ -2,37 +2,32 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cstring>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include "../support/evaluation_setup.h"
+#include "../support/board.h"
 #include "eval/pawns.h"
-#include "eval/score_pair.h"
 
 namespace {
 
-using evaltest::rootPosition;
+using testboard::colourMirror;
+using testboard::rootPosition;
 
-// Each test starts from an empty evaluation cache, so no value comes from
-// an earlier test or an earlier option setting.
+// Each test starts from empty caches, so no value comes from an earlier test
+// or an earlier option setting.
 class Evaluate : public ::testing::Test {
  protected:
   void SetUp() override {
-    evaltest::useEvaluationTables();
+    testboard::useEvaluationTables();
     std::memset(evalCache, 0, sizeof evalCache);
+    std::memset(etable, 0, sizeof etable);
   }
-  void TearDown() override { std::memset(evalCache, 0, sizeof evalCache); }
+  void TearDown() override { SetUp(); }
 };
 
-TEST_F(Evaluate, ReferenceValues) {
-  struct Case {
-    const char* fen;
-    int value;
-  };
+// Values worked out term by term, apart from this code, each the same for
+// the position with the colours exchanged.
+TEST_F(Evaluate, ReferenceValuesTheSameForBothColours) {
+  struct Case { const char* fen; int value; };
   const Case cases[] = {
       {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -", 10},
       {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq -", -63},
@@ -43,20 +38,8 @@ TEST_F(Evaluate, ReferenceValues) {
       {"8/8/8/8/8/2k5/8/1K1QR3 w - -", 731},
       {"8/5k2/8/8/3P4/8/5K2/8 w - -", 3},
       {"4k3/8/8/8/8/8/8/4K3 w - -", 4},
-  };
-  for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
-}
-
-TEST_F(Evaluate, SelfTestPositionsWorkedOutTermByTerm) {
-  // Values worked out term by term, apart from this code, for positions that
-  // the short reference list above leaves alone: passed pawns among pieces,
-  // rooks behind passers, attacks on an exposed king, threats, a pawn about
-  // to promote, two bishops against one.
-  struct Case {
-    const char* fen;
-    int value;
-  };
-  const Case cases[] = {
+      // Passed pawns among pieces, rooks behind passers, attacks on an
+      // exposed king, threats, a pawn about to promote, two bishops against one.
       {"r4qnk/p1p5/5r1b/3P1b1p/2p2N2/2N4P/PP1QB3/2K2RR1 w - -", 117},
       {"2k1r3/4rpBp/2p5/p2p4/8/1PPR4/Pb1K1PPP/3R4 w - -", 15},
       {"1R5Q/5p1p/6p1/6k1/1P2r2P/4qPK1/6P1/8 b - -", -81},
@@ -68,77 +51,37 @@ TEST_F(Evaluate, SelfTestPositionsWorkedOutTermByTerm) {
       {"2b5/8/p1p5/1P3kpp/P1P5/3NK3/7P/8 b - -", -2},
       {"6k1/5pp1/8/1P6/3N4/4P3/3N4/4K2r w - -", 112},
   };
-  for (const Case& c : cases) EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
+  for (const Case& c : cases) {
+    EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
+    EXPECT_EQ(evaluate(rootPosition(colourMirror(c.fen).c_str())), c.value) << colourMirror(c.fen);
+  }
+  // More positions whose value is not worked out, only the same both ways.
+  for (const char* fen : {"r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -",
+                          "r3k2r/pp3ppp/8/3P4/8/8/PP3PPP/R3K2R w Kq -", "8/2P5/8/3k4/8/5p2/2K5/8 w - -",
+                          "6k1/5pp1/4q2p/8/3Q4/6P1/5PKP/8 b - -", "4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -",
+                          "r4rk1/1b3ppp/p1n5/1p1Np3/4P3/1B3R2/PP3PPP/R5K1 w - -", "8/5k2/8/4P3/1p6/8/5K2/8 b - -",
+                          "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6"})
+    EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(colourMirror(fen).c_str()))) << fen;
 }
 
-TEST_F(Evaluate, SecondCallComesFromTheCache) {
-  Position p = rootPosition("2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -");
-  int first = evaluate(p);
+TEST_F(Evaluate, TheCacheAnswersASecondCallAndASettingChangeEmptiesIt) {
+  Position p = rootPosition("r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -");
   uint64_t probes = etableProbes;
-  uint64_t hits = etableHits;
-  EXPECT_EQ(evaluate(p), first);
-  EXPECT_EQ(etableProbes, probes);
-  EXPECT_EQ(etableHits, hits);
-}
-
-// Ranks turned over and colours exchanged, FEN fields without move counters.
-std::string colourMirror(const std::string& fen) {
-  std::istringstream fields(fen);
-  std::string board, side, castling, enPassant;
-  fields >> board >> side >> castling >> enPassant;
-  std::vector<std::string> ranks;
-  std::istringstream rows(board);
-  for (std::string rank; std::getline(rows, rank, '/');) ranks.insert(ranks.begin(), rank);
-  auto swapCase = [](std::string text) {
-    for (char& c : text) c = std::isupper(static_cast<unsigned char>(c)) ? std::tolower(c) : std::toupper(c);
-    return text;
-  };
-  std::string mirrored;
-  for (const std::string& rank : ranks) {
-    if (!mirrored.empty()) mirrored += '/';
-    mirrored += swapCase(rank);
-  }
-  std::string rights = castling == "-" ? "-" : swapCase(castling);
-  if (rights != "-")
-    std::sort(rights.begin(), rights.end(),
-              [](char a, char b) { return std::string("KQkq").find(a) < std::string("KQkq").find(b); });
-  std::string target = enPassant;
-  if (target != "-") target[1] = static_cast<char>('1' + '8' - target[1]);
-  return mirrored + (side == "w" ? " b " : " w ") + rights + " " + target;
-}
-
-TEST_F(Evaluate, ColourMirrorGivesTheSameValue) {
-  // Every term is the same for both colours: the side to move sees the same.
-  const char* fens[] = {
-      "2rr2k1/1pqnbppp/p2p1n2/Pb2p3/4P3/2NNBB2/1PPQ1PPP/R2R2K1 b - -",
-      "r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -",
-      "r3k2r/pp3ppp/8/3P4/8/8/PP3PPP/R3K2R w Kq -",
-      "8/2P5/8/3k4/8/5p2/2K5/8 w - -",
-      "6k1/5pp1/4q2p/8/3Q4/6P1/5PKP/8 b - -",
-      "4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -",
-      "r4rk1/1b3ppp/p1n5/1p1Np3/4P3/1B3R2/PP3PPP/R5K1 w - -",
-      "8/5k2/8/4P3/1p6/8/5K2/8 b - -",
-  };
-  for (const char* fen : fens) {
-    std::string mirror = colourMirror(fen);
-    EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(mirror.c_str()))) << fen << " / " << mirror;
-  }
-}
-
-TEST_F(Evaluate, AggressivenessReachesOnlyTheOpenHalfThroughInitEvaluation) {
-  const char* fen = "r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -";
-  Position p = rootPosition(fen);
-  int atDefault = evaluate(p);
-
-  // A new setting empties the caches: no value of the former one is served.
-  evaltest::useEvaluationTables(0);
-  EXPECT_NE(evaluate(p), atDefault);
-  // The pawn-and-king row is computed afresh, and only its open half changes.
-  EtableEntry zero;
-  computeEtableEntry(p, zero);
-  evaltest::useEvaluationTables(6);
+  const int atDefault = evaluate(p);
+  EXPECT_EQ(etableProbes, probes + 1) << "the log's statistics count each probe of the pawn table";
+  probes = etableProbes;
   EXPECT_EQ(evaluate(p), atDefault);
-  EtableEntry six;
+  EXPECT_EQ(etableProbes, probes) << "the second value comes from the evaluation cache";
+
+  // King safety aggressiveness reaches only the opening half of the pawn and
+  // king terms; a new setting empties the caches, so no value of the former
+  // one is served.
+  testboard::useEvaluationTables(0);
+  EXPECT_NE(evaluate(p), atDefault);
+  EtableEntry zero, six;
+  computeEtableEntry(p, zero);
+  testboard::useEvaluationTables(6);
+  EXPECT_EQ(evaluate(p), atDefault);
   computeEtableEntry(p, six);
   EXPECT_EQ(scorePairEnd(zero.score), scorePairEnd(six.score));
   EXPECT_NE(scorePairOpen(zero.score), scorePairOpen(six.score));

@@ -8,12 +8,12 @@
 #include <cstring>
 #include <new>
 
-#include "board/fen.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
 #include "search/think.h"
 #include "shell/options.h"
 #include "shell/search_flags.h"
+#include "shell/self_test.h"
 
 // AddressSanitizer brings its own operator new; replacing it there would mix
 // two allocators, so the sanitizer build leaves the count to the plain build.
@@ -43,16 +43,6 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 
 namespace {
 
-void searchSilently(const char* fen, int depth) {
-  batchMode = 1;
-  Position root;
-  parseFen(root, fen);
-  char moves[1] = "";
-  think(root, 31622400.0, depth, moves);
-  batchMode = 0;
-  deterministic = 0;
-}
-
 TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   if (!TARVOK_COUNTS_ALLOCATIONS) GTEST_SKIP() << "counted in the build without AddressSanitizer";
   initEvaluation();
@@ -62,10 +52,13 @@ TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   const char* middleGame = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -";
   const char* ending = "8/R5K1/8/8/1p6/1k6/p6P/8 b - -";
   countedAllocations = 0;
+  batchMode = 1;
   countingAllocations = true;
-  searchSilently(middleGame, 8);
-  searchSilently(ending, 10);
+  searchBatchPosition(middleGame, 8);
+  searchBatchPosition(ending, 10);
   countingAllocations = false;
+  batchMode = 0;
+  deterministic = 0;
   EXPECT_GT(depthNodes[10], 10000u) << "the searches ran";
   EXPECT_EQ(countedAllocations.load(), 0);
 

@@ -1,127 +1,81 @@
+#include "search/draws.h"
+
 #include <gtest/gtest.h>
 
-#include "../support/board_builder.h"
-#include "board/keys.h"
-#include "search/draws.h"
+#include <vector>
+
+#include "../support/board.h"
 #include "search/reductions.h"
 #include "shell/options.h"
 
 namespace {
 
-using testboard::fromFen;
-using testboard::mv;
-
-// A position reached after a quiet, unchecked parent.
-struct Node {
-  Position parent{};
-  Position position;
-  explicit Node(const char* fen) : position(fromFen(fen)) { position.previous = &parent; }
-};
-
 TEST(DrawnMaterial, MinorPiecesAloneAreDrawnAwayFromTheRoot) {
   buildReductionTables();
-  const char* drawn[] = {
-      "8/8/8/4k3/8/8/8/4K3 w",   "8/8/8/4k3/8/8/8/3NK3 w",  "8/8/8/3bk3/8/8/8/4K3 b",
-      "8/8/8/3nk3/8/8/8/3NK3 w", "8/8/8/3bk3/8/8/8/3BK3 w", "8/8/8/3bk3/8/8/8/3NK3 w",
-      "8/8/8/3nk3/8/8/8/3BK3 b", "8/8/8/4k3/8/8/8/2NNK3 w", "8/8/8/2nnk3/8/8/8/4K3 w",
+  struct Case { const char* fen; bool drawn; };
+  const Case cases[] = {
+      {"8/8/8/4k3/8/8/8/4K3 w", true},   {"8/8/8/4k3/8/8/8/3NK3 w", true},  {"8/8/8/3bk3/8/8/8/4K3 b", true},
+      {"8/8/8/3nk3/8/8/8/3NK3 w", true}, {"8/8/8/3bk3/8/8/8/3BK3 w", true}, {"8/8/8/3bk3/8/8/8/3NK3 w", true},
+      {"8/8/8/3nk3/8/8/8/3BK3 b", true}, {"8/8/8/4k3/8/8/8/2NNK3 w", true}, {"8/8/8/2nnk3/8/8/8/4K3 w", true},
+      {"8/8/8/4k3/8/8/4P3/4K3 w", false},   // a pawn
+      {"8/8/8/4k3/8/8/8/2BBK3 w", false},   // the bishop pair
+      {"8/8/8/4k3/8/8/8/2BNK3 w", false},   // bishop and knight
+      {"8/8/8/4k3/8/8/8/3RK3 w", false},    // a rook
+      {"8/8/8/2nnk3/8/8/8/3NK3 w", false},  // two knights against one
+      {"8/8/8/4k3/8/3n4/8/4K3 w", false},   // in check
   };
-  for (const char* fen : drawn) {
-    Node n(fen);
-    EXPECT_TRUE(isDrawnMaterial(n.position, 3)) << fen;
-    EXPECT_FALSE(isDrawnMaterial(n.position, 2)) << fen;
-  }
-  const char* notDrawn[] = {
-      "8/8/8/4k3/8/8/4P3/4K3 w",   // a pawn
-      "8/8/8/4k3/8/8/8/2BBK3 w",   // the bishop pair
-      "8/8/8/4k3/8/8/8/2BNK3 w",   // bishop and knight
-      "8/8/8/4k3/8/8/8/3RK3 w",    // a rook (phase 9)
-      "8/8/8/2nnk3/8/8/8/3NK3 w",  // two knights against one
-  };
-  for (const char* fen : notDrawn) {
-    Node n(fen);
-    EXPECT_FALSE(isDrawnMaterial(n.position, 6)) << fen;
+  for (const Case& c : cases) {
+    Position p = testboard::rootPosition(c.fen);
+    EXPECT_EQ(isDrawnMaterial(p, 3), c.drawn) << c.fen;
+    EXPECT_FALSE(isDrawnMaterial(p, 2)) << "two plies from the root: " << c.fen;
   }
 }
 
-TEST(DrawValue, CountsFromTheRootSidesView) {
-  EXPECT_EQ(drawScore, -5);
-  EXPECT_EQ(drawValue(0), -5);
-  EXPECT_EQ(drawValue(4), -5);
-  EXPECT_EQ(drawValue(3), 5);
-  drawScore = 20;
-  EXPECT_EQ(drawValue(6), 20);
-  EXPECT_EQ(drawValue(7), -20);
-  drawScore = -5;
+TEST(DrawValue, DrawscoreCountsForTheSideToMoveAtTheRoot) {
+  const int saved = drawScore;
+  for (int score : {-5, 20}) {
+    drawScore = score;
+    EXPECT_EQ(drawValue(0), score);
+    EXPECT_EQ(drawValue(6), score);
+    EXPECT_EQ(drawValue(3), -score);
+  }
+  drawScore = saved;
 }
 
-// A line of records built by hand: each has a key, the move that led to it,
-// the piece that moved and the piece it took.
-class RepetitionTest : public ::testing::Test {
- protected:
-  Position records[120]{};
-  int count = 0;
-  // The first record, as parseFen leaves it: no last move, no previous.
-  Position& root(uint64_t key) {
-    records[0].hashKey = key;
-    count = 1;
-    return records[0];
-  }
-  Position& play(uint64_t key, Move move, int movedPiece, int capturedPiece = 0) {
-    Position& r = records[count];
-    r.hashKey = key;
-    r.lastMove = move;
-    r.movedPiece = movedPiece;
-    r.capturedPiece = capturedPiece;
-    r.previous = &records[count - 1];
-    ++count;
-    return r;
-  }
-  Position& knightDance(uint64_t base) {
-    play(base + 1, mv("g1", "f3"), Knight);
-    play(base + 2, mv("g8", "f6"), Knight);
-    play(base + 3, mv("f3", "g1"), Knight);
-    play(base + 4, mv("f6", "g8"), Knight);
-    return play(base + 1, mv("g1", "f3"), Knight);
-  }
-};
+// A line of records built by hand from a root of key 100: each step has the
+// key it reaches and the piece it moved and took; a piece of 0 is a null move.
+struct Step { uint64_t key; int piece; int captured = 0; };
 
-TEST_F(RepetitionTest, SecondOccurrenceWithTheSameSideToMoveIsADraw) {
-  root(100);
-  play(1, mv("e2", "e4"), Pawn);
-  EXPECT_TRUE(repetitionDraw(knightDance(10)));
+bool drawnAfter(const std::vector<Step>& steps) {
+  static Position records[128];
+  records[0] = Position{};
+  records[0].hashKey = 100;
+  for (size_t i = 1; i <= steps.size(); ++i) {
+    Position& r = records[i];
+    r = Position{};
+    r.hashKey = steps[i - 1].key;
+    r.movedPiece = steps[i - 1].piece;
+    r.capturedPiece = steps[i - 1].captured;
+    r.lastMove = steps[i - 1].piece ? testboard::mv("g1", "f3") : 0;
+    r.previous = &records[i - 1];
+  }
+  return repetitionDraw(records[steps.size()]);
 }
 
-TEST_F(RepetitionTest, PawnMovesCapturesAndNullMovesEndTheWalk) {
-  root(100);
-  play(1, mv("e2", "e4"), Pawn);
-  play(11, mv("g1", "f3"), Knight);
-  play(12, mv("e7", "e5"), Pawn);
-  play(13, mv("f3", "g1"), Knight);
-  play(14, mv("g8", "f6"), Knight);
-  EXPECT_FALSE(repetitionDraw(play(11, mv("g1", "f3"), Knight)));
-
-  root(100);
-  play(11, mv("g1", "f3"), Knight);
-  play(12, mv("g8", "f6"), Knight);
-  play(13, mv("f3", "e5"), Knight, Pawn);
-  play(14, mv("f6", "g8"), Knight);
-  EXPECT_FALSE(repetitionDraw(play(11, mv("e5", "f3"), Knight)));
-
-  root(100);
-  play(11, mv("g1", "f3"), Knight);
-  play(12, 0, 0);  // a null move
-  play(13, mv("f3", "g1"), Knight);
-  play(14, mv("g8", "f6"), Knight);
-  EXPECT_FALSE(repetitionDraw(play(11, mv("g1", "f3"), Knight)));
-}
-
-TEST_F(RepetitionTest, HundredReversibleMovesAreADraw) {
-  root(0);
-  for (int i = 1; i <= 100; ++i) play(1000 + i, mv("g1", "f3"), Knight);
-  // The child and 99 records before it reversible, the 100th the root: no.
-  EXPECT_FALSE(repetitionDraw(records[100]));
-  // One more reversible move: the walk passes the 100th record.
-  EXPECT_TRUE(repetitionDraw(play(5000, mv("g1", "f3"), Knight)));
+TEST(Repetition, ASecondOccurrenceWithTheSameSideToMoveSinceTheLastIrreversibleMove) {
+  EXPECT_TRUE(drawnAfter({{1, Pawn}, {11, Knight}, {12, Knight}, {13, Knight}, {14, Knight}, {11, Knight}}));
+  EXPECT_TRUE(drawnAfter({{11, Knight}, {12, Knight}, {11, Knight}}));
+  EXPECT_FALSE(drawnAfter({{11, Knight}, {11, Knight}})) << "the other side to move";
+  EXPECT_FALSE(drawnAfter({{11, Knight}, {12, Pawn}, {13, Knight}, {14, Knight}, {11, Knight}}));
+  EXPECT_FALSE(drawnAfter({{11, Knight}, {12, Knight}, {13, Knight, Pawn}, {14, Knight}, {11, Knight}}));
+  EXPECT_FALSE(drawnAfter({{11, Knight}, {12, 0}, {13, Knight}, {14, Knight}, {11, Knight}})) << "a null move";
+  // A hundred reversible moves: the root (no move behind it) ends the walk
+  // at the 100th record, a 101st move passes it.
+  std::vector<Step> quiet;
+  for (uint64_t i = 1; i <= 100; ++i) quiet.push_back({1000 + i, Knight});
+  EXPECT_FALSE(drawnAfter(quiet));
+  quiet.push_back({5000, Knight});
+  EXPECT_TRUE(drawnAfter(quiet));
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "../support/board_builder.h"
+#include "../support/board.h"
 #include "../support/legal_moves.h"
 #include "board/fen.h"
 #include "board/make_move.h"

@@ -11,8 +11,7 @@
 
 #include "../support/legal_moves.h"
 #include "../support/uci_lines.h"
-#include "engine_process.h"
-#include "engine_session.h"
+#include "../support/engine_session.h"
 
 namespace {
 

@@ -1,133 +1,104 @@
+#include "shell/go_command.h"
+
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <cstdio>
 #include <string>
-#include <vector>
 
-#include "option_state.h"
+#include "../support/option_state.h"
 #include "search/think.h"
-#include "shell/go_command.h"
-#include "shell/tokenise.h"
 
 namespace {
 
-// Saves hardTimePercent and the options, and collects the log.
-struct Budget : OptionState {
-  int32_t savedPercent;
-  void SetUp() override {
-    OptionState::SetUp();
-    savedPercent = hardTimePercent;
-  }
-  void TearDown() override {
-    hardTimePercent = savedPercent;
-    OptionState::TearDown();
-  }
-};
+using Budget = OptionState;
 
-GoRequest read(const std::string& line) {
-  std::vector<char> text(line.begin(), line.end());
-  text.push_back('\0');
-  std::vector<char*> tokens(text.size() / 2 + 1);
-  int count = tokenise(text.data(), tokens.data());
-  GoRequest request;
-  readGoWords(tokens.data(), count, request);
-  return request;
-}
-
-TEST_F(Budget, WorkedExamplesGiveTheirGoalsAndHardPercentages) {
-  struct Case {
-    double timeLeft, increment;
-    int movesToGo;
-    double goal;
-    int percent;
-    const char* logLine;
-  };
+// The clock of the side to move turned into a goal, the last iteration and
+// the hard limit in percent of the goal, for worked examples with 20 ms of
+// overhead; the searches with a limit of their own have no goal.
+TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
+  struct Case { const char* line; int side; double goal; int maxDepth, percent; };
+  constexpr double year = 31622400.0;
   const Case cases[] = {
-      {60, 1, 0, 2.7567, 500, "We have     60.0 seconds for the game.       2.8 goal set\n"},
+      {"go wtime 60000 btime 60000 winc 1000 binc 1000", White, 2.7567, 99, 500},
       // Below the reserve of five increments and ten overheads: less than
       // the increment, and no more than the goal.
-      {2, 1, 0, 0.3454, 100, "We have      2.0 seconds for the game.       0.3 goal set\n"},
-      {5, 0.05, 0, 0.1792, 500, "We have      5.0 seconds for the game.       0.2 goal set\n"},
-      {300, 0, 0, 5.98, 321, "We have    300.0 seconds for the game.       6.0 goal set\n"},
-      {60, 0, 30, 1.855, 504, "We have     60.0 seconds to make 30 moves =      1.9 goal\n"},
-      {10, 0, 1, 3.3133, 135, "We have     10.0 seconds to make 1 moves =      3.3 goal\n"},
+      {"go wtime 2000 btime 9000 winc 1000 binc 0", White, 0.3454, 99, 100},
+      {"go wtime 5000 btime 5000 winc 50 binc 50", White, 0.1792, 99, 500},
+      {"go wtime 300000 btime 1", White, 5.98, 99, 321},  // no increment: the percentage stays
+      {"go wtime 30000 btime 30000 depth 0", Black, 0.58, 99, 321},
+      {"go wtime 60000 btime 1000 movestogo 30 winc 5000", White, 1.855, 99, 504},
+      {"go wtime 1 btime 10000 movestogo 1 binc 5000", Black, 3.3133, 99, 135},
+      {"go wtime 9000 btime 4 movestogo 5", Black, 0.005, 99, 100},  // in deep trouble the goal stops at its floor
+      {"go wtime 10000 btime 10000 depth -1", White, 0.18, 99, 321},  // no depth: the usual budget
+      {"go wtime 10 btime 10 depth 5", White, year, 5, 321},
+      {"go infinite depth 3", White, year, 99, 321},
+      {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
+      {"go wtime 10 btime 10 movetime 400", White, 0.38, 99, 321},  // spent whole, less the overhead
   };
-  std::string expectedLog;
+  const int32_t savedPercent = hardTimePercent;
   for (const Case& c : cases) {
-    hardTimePercent = 321;  // the game budget without increment leaves it as it was
-    EXPECT_NEAR(timeBudget(c.timeLeft, c.increment, c.movesToGo, 0.02), c.goal, 0.00005) << c.logLine;
-    EXPECT_EQ(hardTimePercent, c.percent) << c.logLine;
-    expectedLog += c.logLine;
+    hardTimePercent = 321;
+    Words words(c.line);
+    GoRequest request;
+    readGoWords(words.tokens.data(), words.count, request);
+    SearchPlan plan = planSearch(request, c.side, 0.02);
+    EXPECT_NEAR(plan.goal, c.goal, 0.00005) << c.line;
+    EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
+    EXPECT_EQ(hardTimePercent, c.percent) << c.line;
   }
-  EXPECT_EQ(logText(), expectedLog);
+  hardTimePercent = savedPercent;
 }
 
 // A busy machine: every move runs to its hard limit, and every tenth (or
 // twentieth) the engine doesn't get the processor for a while on top. The
 // reserve the budget keeps must absorb that over a long game.
 TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
-  struct Case {
-    double base, increment, delay;
-    int every;
-  };
+  struct Case { double base, increment, delay; int every; };
   const Case cases[] = {{5, 0.05, 0.3, 10}, {10, 0.1, 0.3, 10}, {2, 0.02, 0.2, 20}, {60, 1, 1.5, 10}};
+  const int32_t savedPercent = hardTimePercent;
   for (const Case& c : cases) {
     double clock = c.base;
     for (int move = 1; move <= 300; ++move) {
       const double goal = timeBudget(clock, c.increment, 0, 0.02);
       clock -= goal * hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
-      ASSERT_GT(clock, 0.0) << c.base << "+" << c.increment << " lost on time at move " << move;
+      ASSERT_GT(clock, 0.0) << c.base << " s + " << c.increment << " s lost on time at move " << move;
       clock += c.increment;
     }
   }
+  hardTimePercent = savedPercent;
 }
 
-TEST(GoWords, NegativeValuesCountAsNoTimeOrAsAbsent) {
-  GoRequest request = read("go wtime -1500 btime -1 winc -100 binc -5 movestogo -3 movetime -200 nodes -7");
-  EXPECT_EQ(request.remaining[White], 0.0);
-  EXPECT_EQ(request.remaining[Black], 0.0);
-  EXPECT_EQ(request.increment[White], 0.0);
-  EXPECT_EQ(request.increment[Black], 0.0);
-  EXPECT_EQ(request.movesToGo, 0);
-  EXPECT_EQ(request.moveTime, 0.0);
-  EXPECT_EQ(request.nodeLimit, ~uint64_t{0});
-  EXPECT_EQ(read("go movestogo 0").movesToGo, 0);
-  EXPECT_EQ(read("go depth -4").depth, 0);
+// The request as text: clocks and increments white/black, move time, moves
+// to go, depth, node limit (-1 for none), then the flags that are set.
+std::string requestOf(const std::string& line) {
+  Words words(line);
+  GoRequest r;
+  readGoWords(words.tokens.data(), words.count, r);
+  char text[2400];
+  std::snprintf(text, sizeof text, "%g/%g +%g/%g time %g togo %d depth %d nodes %lld%s%s %s", r.remaining[White],
+                r.remaining[Black], r.increment[White], r.increment[Black], r.moveTime, r.movesToGo, r.depth,
+                static_cast<long long>(r.nodeLimit), r.infiniteSearch ? " infinite" : "", r.ponder ? " ponder" : "",
+                r.searchMoves);
+  return text;
 }
 
-TEST_F(Budget, NegativeDepthIsAClockSearchWithTheUsualBudget) {
-  hardTimePercent = 321;  // a budget that leaves it alone leaves it so
-  SearchPlan clock = planSearch(read("go wtime 60000 btime 60000"), White, 0.02);
-  int32_t clockPercent = hardTimePercent;
-  hardTimePercent = 321;
-  SearchPlan negative = planSearch(read("go depth -1 wtime 60000 btime 60000"), White, 0.02);
-  EXPECT_EQ(negative.goal, clock.goal);
-  EXPECT_EQ(negative.maxDepth, clock.maxDepth);
-  EXPECT_EQ(hardTimePercent, clockPercent);
-}
-
-TEST(GoWords, LargeNumbersSaturateAndDepthStopsAt99) {
-  GoRequest request = read("go depth 100000000000000000000 movetime 99999999999 movestogo 5000000000 "
-                           "nodes 99999999999999999999 wtime 99999999999999999999");
-  EXPECT_EQ(request.depth, 99);
-  EXPECT_DOUBLE_EQ(request.moveTime, INT32_MAX * 0.001);
-  EXPECT_EQ(request.movesToGo, INT32_MAX);
-  EXPECT_EQ(request.nodeLimit, static_cast<uint64_t>(LLONG_MAX));
-  EXPECT_DOUBLE_EQ(request.remaining[White], LLONG_MAX * 0.001);
-  EXPECT_EQ(read("go depth 100").depth, 99);
-  EXPECT_EQ(read("go depth -99999999999").depth, 0);
-}
-
-TEST(GoWords, UnknownWordsAreSkippedAndAMissingValueIsIgnored) {
-  GoRequest request = read("go fast wtime 1000 mate 3 depth 6 btime");
-  EXPECT_DOUBLE_EQ(request.remaining[White], 1.0);
-  EXPECT_EQ(request.depth, 6) << "an unknown word and the number behind it are skipped one by one";
-  EXPECT_EQ(request.remaining[Black], 0.0);
-  request = read("go depth");
-  EXPECT_EQ(request.depth, 0);
-  request = read("go infinite ponder");
-  EXPECT_TRUE(request.infiniteSearch);
-  EXPECT_TRUE(request.ponder);
+TEST(GoWords, NegativeValuesAreNoTimeOrAbsentLargeOnesSaturateAndUnknownWordsAreSkipped) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"go wtime -1500 btime -1 winc -100 binc -5 movestogo -3 movetime -200 nodes -7",
+       "0/0 +0/0 time 0 togo 0 depth 0 nodes -1 "},
+      {"go wtime 1000 btime 2000 winc 30 binc 40 movestogo 7 movetime 50 nodes 9 depth 3",
+       "1/2 +0.03/0.04 time 0.05 togo 7 depth 3 nodes 9 "},
+      {"go depth 100000000000000000000 movetime 99999999999 movestogo 5000000000 nodes 99999999999999999999 "
+       "wtime 99999999999999999999",
+       "9.22337e+15/0 +0/0 time 2.14748e+06 togo 2147483647 depth 99 nodes 9223372036854775807 "},
+      {"go depth -99999999999 movestogo 0", "0/0 +0/0 time 0 togo 0 depth 0 nodes -1 "},  // absent
+      // An unknown word and a number behind it are skipped one by one; a
+      // word without its value at the end is ignored.
+      {"go fast wtime 1000 mate 3 depth 6 btime", "1/0 +0/0 time 0 togo 0 depth 6 nodes -1 "},
+      {"go infinite ponder depth", "0/0 +0/0 time 0 togo 0 depth 0 nodes -1 infinite ponder "},
+      {"go searchmoves E2E4 d2d4 depth -4 g1f3", "0/0 +0/0 time 0 togo 0 depth 0 nodes -1 e2e4 d2d4 "},
+  };
+  for (const auto& [line, request] : cases) EXPECT_EQ(requestOf(line), request) << line;
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Two engine processes play fast games against each other through pipes,
+// Two engine processes play a fast game against each other through pipes,
 // as a match manager runs them: the test keeps the clock, sends the moves
 // and the time left, and judges every answer by the engine's own generator.
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 #include "../support/legal_moves.h"
 #include "../support/uci_lines.h"
-#include "engine_session.h"
+#include "../support/engine_session.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr double startSeconds = 2.0;
 constexpr int incrementMs = 50;
-constexpr int pliesCap = 60;
+constexpr int pliesCap = 40;
 
 // Plays one game up to mate, stalemate or the ply cap; returns the least time
 // that any side had left after a move.
@@ -32,27 +32,27 @@ double playGame(EngineSession* players[2], const std::vector<std::string>& openi
     Move move = findLegalMove(game[ply], text);
     if (!move) return false;
     makeMove(game[ply], game[ply + 1], move);
-    ++ply;
     moves += " " + text;
+    ++ply;
     return true;
   };
   for (const std::string& m : opening) EXPECT_TRUE(play(m)) << m;
   double remaining[2] = {startSeconds, startSeconds};
   double leastLeft = startSeconds;
-  while (ply < pliesCap && legalMoveCount(game[ply]) > 0) {
+  while (ply < pliesCap && !legalMoves(game[ply]).empty()) {
     const int side = sideToMove(game[ply]);
-    char go[160];
-    std::snprintf(go, sizeof go, "go wtime %d btime %d winc %d binc %d", static_cast<int>(remaining[White] * 1000),
-                  static_cast<int>(remaining[Black] * 1000), incrementMs, incrementMs);
+    const std::string go = "go wtime " + std::to_string(static_cast<int>(remaining[White] * 1000)) + " btime " +
+                           std::to_string(static_cast<int>(remaining[Black] * 1000)) + " winc " +
+                           std::to_string(incrementMs) + " binc " + std::to_string(incrementMs);
     players[side]->send("position startpos moves" + moves);
     auto asked = Clock::now();
     players[side]->send(go);
-    std::string answer = players[side]->waitFor("bestmove", remaining[side] + 1.0);
+    const std::string answer = wordAfter(players[side]->waitFor("bestmove", remaining[side] + 1.0), "bestmove");
     remaining[side] -= std::chrono::duration<double>(Clock::now() - asked).count();
     EXPECT_GT(remaining[side], 0.0) << "out of time at ply " << ply << ": " << go;
     leastLeft = std::min(leastLeft, remaining[side]);
     remaining[side] += incrementMs * 0.001;
-    if (!play(wordAfter(answer, "bestmove"))) {
+    if (!play(answer)) {
       ADD_FAILURE() << "illegal answer '" << answer << "' after position startpos moves" << moves;
       break;
     }
@@ -60,22 +60,17 @@ double playGame(EngineSession* players[2], const std::vector<std::string>& openi
   return leastLeft;
 }
 
-TEST(SelfPlay, FastGamesEndWithLegalMovesAndTimeToSpare) {
-  EngineSession first(TARVOK_ENGINE_PATH);
-  EngineSession second(TARVOK_ENGINE_PATH);
-  const std::vector<std::string> openings[] = {{}, {"e2e4", "c7c5"}};
-  for (int g = 0; g < 2; ++g) {
-    // As a match manager does before each game: the clock starts only once
-    // the engine says it is ready.
-    for (EngineSession* engine : {&first, &second}) {
-      engine->send("ucinewgame");
-      engine->send("isready");
-      ASSERT_EQ(engine->waitFor("readyok", 10.0), "readyok");
-    }
-    EngineSession* players[2] = {g % 2 ? &second : &first, g % 2 ? &first : &second};
-    std::printf("game %d: least time left %.3f s\n", g + 1, playGame(players, openings[g]));
+TEST(SelfPlay, AFastGameEndsWithLegalMovesAndTimeToSpare) {
+  EngineSession white(TARVOK_ENGINE_PATH), black(TARVOK_ENGINE_PATH);
+  // As a match manager does before a game: the clock starts only once the
+  // engines say they are ready.
+  for (EngineSession* engine : {&white, &black}) {
+    engine->send("ucinewgame\nisready");
+    ASSERT_EQ(engine->waitFor("readyok", 10.0), "readyok");
   }
-  for (EngineSession* engine : {&first, &second}) {
+  EngineSession* players[2] = {&white, &black};
+  std::printf("least time left %.3f s\n", playGame(players, {"e2e4", "c7c5"}));
+  for (EngineSession* engine : {&white, &black}) {
     EXPECT_EQ(engine->transcript.find("refused"), std::string::npos);
     engine->send("quit");
     EXPECT_EQ(engine->waitForExit(5.0), 0);

@@ -16,11 +16,7 @@
 
 namespace testbook {
 
-struct Entry {
-  uint64_t key;
-  uint16_t move;
-  uint16_t weight;
-};
+struct Entry { uint64_t key; uint16_t move; uint16_t weight; };
 
 // The book's move field from coordinate text "e2e4"; promotion 1..4 is
 // knight, bishop, rook, queen.

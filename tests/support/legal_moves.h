@@ -1,5 +1,5 @@
-// Legal moves by their text, decided by the engine's own generator: the
-// integration tests judge every bestmove with these.
+// Legal moves by their text, decided by the engine's own generator, which
+// perft proves: the integration tests judge every bestmove with these.
 #pragma once
 
 #include <string>
@@ -10,31 +10,28 @@
 #include "board/queries.h"
 #include "moves/generate.h"
 
-// The legal move of position written as text, or 0.
-inline Move findLegalMove(const Position& position, const std::string& text) {
+inline std::vector<Move> legalMoves(const Position& position) {
   Move list[maxGeneratedMoves];
-  int count = generateAllMoves(position, list);
-  char moveText[8];
+  std::vector<Move> legal;
   Position child;
-  for (int i = 0; i < count; ++i) {
-    moveToText(list[i], moveText);
-    if (text != moveText) continue;
+  for (int i = 0, count = generateAllMoves(position, list); i < count; ++i) {
     makeMove(position, child, list[i]);
-    return kingAttacked(child, sideToMove(position)) ? 0 : list[i];
-  }
-  return 0;
-}
-
-inline int legalMoveCount(const Position& position) {
-  Move list[maxGeneratedMoves];
-  int count = generateAllMoves(position, list);
-  int legal = 0;
-  Position child;
-  for (int i = 0; i < count; ++i) {
-    makeMove(position, child, list[i]);
-    legal += !kingAttacked(child, sideToMove(position));
+    if (!kingAttacked(child, sideToMove(position))) legal.push_back(list[i]);
   }
   return legal;
+}
+
+inline std::string moveText(Move move) {
+  char text[8];
+  moveToText(move, text);
+  return text;
+}
+
+// The legal move of position written as text, or 0.
+inline Move findLegalMove(const Position& position, const std::string& text) {
+  for (Move move : legalMoves(position))
+    if (moveText(move) == text) return move;
+  return 0;
 }
 
 // Whether text is a legal move after the moves played from the FEN.

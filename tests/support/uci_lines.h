@@ -25,3 +25,9 @@ inline std::string wordAfter(const std::string& line, const std::string& word) {
     if (w == word && words >> w) return w;
   return "";
 }
+
+inline int countOf(const std::string& text, const std::string& what) {
+  int count = 0;
+  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++count;
+  return count;
+}

@@ -10,7 +10,7 @@
 #include <sstream>
 #include <string>
 
-#include "../shell/engine_process.h"
+#include "../support/engine_session.h"
 #include "../support/uci_lines.h"
 
 namespace {

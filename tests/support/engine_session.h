@@ -1,5 +1,5 @@
-// A running engine driven line by line through pipes, as a GUI drives it:
-// send a command, then wait for a line that answers it.
+// A built program driven through pipes, as a GUI drives the engine: send a
+// command, then wait for a line that answers it.
 #pragma once
 
 #include <string>
@@ -8,15 +8,14 @@
 
 class EngineSession {
  public:
-  // The engine runs in workingDirectory if one is given, else in the caller's;
-  // its standard error goes to errorPath (appended to), by default nowhere.
+  // The program runs in workingDirectory if one is given, else in the caller's.
   explicit EngineSession(const char* path, const std::vector<std::string>& arguments = {},
-                         const char* workingDirectory = nullptr, const char* errorPath = "/dev/null");
+                         const char* workingDirectory = nullptr);
   ~EngineSession();
   EngineSession(const EngineSession&) = delete;
   EngineSession& operator=(const EngineSession&) = delete;
 
-  void send(const std::string& line);
+  void send(const std::string& line) { write(line + "\n"); }
   // Writes text as it stands, without a line ending of its own.
   void write(const std::string& text);
   void closeInput();
@@ -26,6 +25,8 @@ class EngineSession {
   // Reads to the end of the output and waits for the process to end; its
   // exit code, or -1 if it didn't exit normally or the time ran out first.
   int waitForExit(double seconds);
+  // What the program has written to its standard error so far.
+  std::string errors();
 
   std::string transcript;  // a last line without line ending is added by waitForExit
   bool timedOut = false;
@@ -35,5 +36,17 @@ class EngineSession {
   pid_t child_ = -1;
   int input_ = -1;
   int output_ = -1;
+  int error_ = -1;
   std::string pending_;
 };
+
+struct ProcessResult {
+  std::string standardOutput;
+  std::string standardError;
+  int exitCode;   // -1 if the program didn't exit normally
+  bool timedOut;  // killed after the time limit
+};
+
+// Runs a program on the whole of input and collects what it writes and how it ends.
+ProcessResult runProgram(const char* path, const std::vector<std::string>& arguments, const std::string& input,
+                         double timeLimitSeconds = 10.0, const char* workingDirectory = nullptr);

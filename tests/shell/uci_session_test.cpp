@@ -1,0 +1,185 @@
+// The engine as a client meets it: the built binary driven through pipes,
+// every bestmove judged by the engine's own move generator.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <map>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "../support/engine_session.h"
+#include "../support/legal_moves.h"
+#include "../support/uci_lines.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
+
+// Sends lines (a go and what goes with it) and returns the move of the
+// bestmove that answers them.
+std::string search(EngineSession& engine, const std::string& lines, double seconds = 10.0) {
+  engine.send(lines);
+  return wordAfter(engine.waitFor("bestmove", seconds), "bestmove");
+}
+
+TEST(UciSession, AnInfiniteSearchServesIsReadyRefusesWhatWouldDisturbItAndEndsOnlyAtStopOrQuit) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("go infinite depth 3");
+  ASSERT_NE(engine.waitFor("info depth 6", 20.0), "") << "infinite wins over depth";
+  engine.send("position startpos moves e2e4\ngo depth 2\nsetoption name HASH value 8");
+  engine.send("setoption name Drawscore value 3");
+  engine.send("isready");
+  ASSERT_EQ(engine.waitFor("readyok", 5.0), "readyok");
+  EXPECT_EQ(linesStartingWith(engine.transcript, "info string"),
+            (std::vector<std::string>{"info string position refused while a search runs",
+                                      "info string go refused while a search runs",
+                                      "info string setoption name Hash refused while a search runs"}));
+  EXPECT_EQ(countOf(engine.transcript, "bestmove"), 0) << "the search goes on";
+  // Lines after the stop wait for its bestmove.
+  auto stopped = Clock::now();
+  engine.send("stop\nposition startpos moves e2e4\ngo depth 3");
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(engine.waitFor("bestmove", 5.0), "bestmove")));
+  EXPECT_LT(secondsSince(stopped), 2.0);
+  EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(engine.waitFor("bestmove", 5.0), "bestmove"), {"e2e4"}));
+  engine.send("uci");
+  EXPECT_NE(engine.waitFor("option name Drawscore type spin default 3 ", 5.0), "") << "accepted while searching";
+  EXPECT_NE(engine.waitFor("uciok", 5.0), "");
+  EXPECT_EQ(linesStartingWith(engine.transcript, "option name Hash"),
+            std::vector<std::string>{"option name Hash type spin default 64 min 0 max 4096"});
+
+  engine.send("go infinite");
+  ASSERT_NE(engine.waitFor("info depth 3", 20.0), "");
+  size_t before = engine.transcript.size();
+  engine.send("quit");
+  EXPECT_EQ(engine.waitForExit(5.0), 0);
+  EXPECT_EQ(engine.transcript.find("bestmove", before), std::string::npos);
+}
+
+TEST(UciSession, MoveTimeEndsWithinItsHardLimitAndPonderHoldsItsBestMoveUntilPonderHitOrStop) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  auto start = Clock::now();
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go movetime 400")));
+  EXPECT_GT(secondsSince(start), 0.01);
+  EXPECT_LT(secondsSince(start), 4.0) << "2 seconds: 500 percent of the goal";
+
+  // Goal 0.1 s, hard limit 0.5 s: both lie behind us when the ponderhit comes.
+  engine.send("go ponder movetime 100");
+  EXPECT_EQ(engine.waitFor("bestmove", 0.8), "") << "no limit ends a ponder search";
+  auto hit = Clock::now();
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "ponderhit", 5.0)));
+  EXPECT_LT(secondsSince(hit), 2.0) << "past its hard limit, the search ends at the next poll";
+  engine.send("go ponder wtime 100000 btime 100000");
+  EXPECT_EQ(engine.waitFor("bestmove", 0.3), "");
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "stop", 2.0)));
+}
+
+TEST(UciSession, MultiPvReportsOneLineFirstThenThreeDistinctLinesAnIterationBestFirst) {
+  ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "setoption name MultiPV value 3\ngo depth 6\n", 30.0);
+  ASSERT_FALSE(run.timedOut);
+  const std::regex row(
+      R"(info multipv (\d+) score cp (-?\d+) depth (\d+) time \d+ nodes \d+ nps \d+ )"
+      R"(pv ((?:[a-h][1-8][a-h][1-8][qrbn]? )+))");
+  std::map<int, std::vector<int>> numbers, scores;
+  std::map<int, std::vector<std::string>> firstMoves;
+  for (const std::string& line : linesStartingWith(run.standardOutput, "info multipv")) {
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(line, match, row)) << line;
+    int depth = std::stoi(match[3]);
+    numbers[depth].push_back(std::stoi(match[1]));
+    scores[depth].push_back(std::stoi(match[2]));
+    firstMoves[depth].push_back(wordAfter("pv " + match[4].str(), "pv"));
+  }
+  ASSERT_EQ(numbers.size(), 6u) << run.standardOutput;
+  EXPECT_EQ(numbers[1], std::vector<int>{1});
+  for (int depth = 2; depth <= 6; ++depth) {
+    EXPECT_EQ(numbers[depth], (std::vector<int>{1, 2, 3})) << depth;
+    EXPECT_TRUE(scores[depth][0] >= scores[depth][1] && scores[depth][1] >= scores[depth][2]) << depth;
+    const std::vector<std::string>& first = firstMoves[depth];
+    EXPECT_TRUE(first[0] != first[1] && first[1] != first[2] && first[0] != first[2]) << depth;
+    for (const std::string& move : first) EXPECT_TRUE(isLegalMove(startPositionFen, move)) << move;
+  }
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "bestmove ").size(), 1u);
+  EXPECT_EQ(wordAfter(lastLineStartingWith(run.standardOutput, "bestmove "), "bestmove"), firstMoves[6][0]);
+}
+
+TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndHashZeroStillPlays) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("setoption name USE LMR value FALSE\nsetoption name null MOVE pruning value Maybe\n"
+              "setoption name drawscore value 7\nsetoption name MULTIPV value 0\nsetoption name ownbook value FALSE\n"
+              "setoption name book file value My Books/Big Opening File.BIN\n"
+              "setoption name Move Overhead Milliseconds value 150\nsetoption name No Such Option value 1\n"
+              "uci\nsetoption name multipv value 250\nuci");
+  engine.waitFor("uciok", 5.0);
+  engine.waitFor("uciok", 5.0);
+  const std::vector<std::string> options = linesStartingWith(engine.transcript, "option name");
+  ASSERT_EQ(options.size(), 26u) << engine.transcript;
+  for (const char* changed : {"OwnBook type check default false", "MultiPV type spin default 1 min 1 max 99",
+                              "Book File type string default My Books/Big Opening File.BIN",
+                              "use lmr type check default false", "null move pruning type check default true",
+                              "move overhead milliseconds type spin default 150 min 0 max 30000",
+                              "Drawscore type spin default 7 min -50 max 50"})
+    EXPECT_EQ(std::count(options.begin(), options.begin() + 13, std::string("option name ") + changed), 1) << changed;
+  EXPECT_EQ(options[16], "option name MultiPV type spin default 99 min 1 max 99");
+
+  engine.send("setoption name Hash value 0");
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 5")));
+  engine.send("setoption name hash");
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 4")));
+  engine.send("setoption name Hash value 1");
+  EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 5")));
+  engine.send("uci");
+  EXPECT_NE(engine.waitFor("option name Hash type spin default 1 min 0 max 4096", 5.0), "");
+  EXPECT_EQ(linesStartingWith(engine.transcript, "info string"),
+            (std::vector<std::string>{"info string maybe not recognized as checkbox argument",
+                                      "info string book file is My Books/Big Opening File.BIN",
+                                      "info string no such option not recognized", "info string Hash tables turned OFF",
+                                      "info string Hash tables turned OFF",
+                                      "info string Hash table size is now 1 meg"}));
+}
+
+TEST(UciSession, FindsMatesAndReportsTheirDistance) {
+  struct Case { const char* fen; const char* firstMove; int mateIn; };  // firstMove "" where several mate as fast
+  const Case cases[] = {
+      {"6k1/5ppp/8/8/8/8/8/R5K1 w - -", "a1a8", 1},      // back-rank mate
+      {"7k/8/5K2/8/8/8/8/R7 w - -", "", 2},              // rook ending
+      {"r6k/6pp/8/6N1/8/1Q6/8/6K1 w - -", "g5f7", 4},    // smothered mate after a queen sacrifice
+  };
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  for (const Case& c : cases) {
+    std::string best = search(engine, std::string("position fen ") + c.fen + "\ngo depth 8", 30.0);
+    std::string last = lastLineStartingWith(engine.transcript, "info depth");
+    EXPECT_NE(last.find("score mate " + std::to_string(c.mateIn) + " "), std::string::npos) << c.fen << "\n" << last;
+    if (c.firstMove[0]) {
+      EXPECT_EQ(best, c.firstMove) << c.fen;
+    }
+    EXPECT_TRUE(isLegalMove(c.fen, best)) << c.fen;
+  }
+}
+
+// The final iteration line without its time and speed, which vary.
+std::string resultOf(const std::string& output) {
+  std::string line = lastLineStartingWith(output, "info depth 7 time");
+  return wordAfter(line, "nodes") + " " + wordAfter(line, "score") + " " + line.substr(line.find(" pv "));
+}
+
+// Deterministic: cleared tables every search, and evaluation caches that a
+// new setting empties, so nothing of a search under other options survives.
+TEST(UciSession, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearches) {
+  const std::string setUp = "setoption name deterministic value true\n";
+  const std::string setting = "setoption name King Safety Aggressiveness value 0\n";
+  const std::string target = "position fen r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq -\ngo depth 7\n";
+  ProcessResult first = runProgram(TARVOK_ENGINE_PATH, {}, setUp + setting + target, 60.0);
+  EngineSession later(TARVOK_ENGINE_PATH);
+  later.write(setUp + target);
+  ASSERT_NE(later.waitFor("bestmove", 30.0), "");
+  later.write(setting + target);
+  ASSERT_NE(later.waitFor("bestmove", 30.0), "");
+  ASSERT_NE(lastLineStartingWith(first.standardOutput, "info depth 7 time"), "");
+  EXPECT_EQ(resultOf(later.transcript), resultOf(first.standardOutput));
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+// In-process tests of the shell: every option saved at the start of a test
+// and put back at the end, the log sent to a temporary file the test can
+// read, and client lines served through the engine's own ring and dispatcher.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "shell/input_ring.h"
+#include "shell/log.h"
+#include "shell/options.h"
+#include "shell/tokenise.h"
+#include "shell/uci.h"
+
+struct OptionState : testing::Test {
+  static constexpr int count = 12;
+  int32_t saved[count];
+  char savedBookFile[sizeof bookFileName];
+  FILE* savedLog;
+
+  int32_t* variables[count] = {&useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold,
+                               &kingSafetyAggressiveness, &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook,
+                               &multiPv, &ponderOption};
+
+  void SetUp() override {
+    for (int i = 0; i < count; ++i) saved[i] = *variables[i];
+    std::memcpy(savedBookFile, bookFileName, sizeof bookFileName);
+    savedLog = logFile;
+    logFile = std::tmpfile();
+    while (takeInputLine(inputRing)) {
+    }
+  }
+  void TearDown() override {
+    for (int i = 0; i < count; ++i) *variables[i] = saved[i];
+    std::memcpy(bookFileName, savedBookFile, sizeof bookFileName);
+    if (logFile) std::fclose(logFile);
+    logFile = savedLog;
+  }
+  std::string logText() {
+    std::string text;
+    std::rewind(logFile);
+    char buffer[4096];
+    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, logFile)) > 0;) text.append(buffer, got);
+    std::fseek(logFile, 0, SEEK_END);
+    return text;
+  }
+  // Every line served in order, as a client's lines arrive; what the engine
+  // printed meanwhile.
+  std::string serve(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) storeInputLine(inputRing, line.c_str());
+    testing::internal::CaptureStdout();
+    while (inputRing.readIndex != inputRing.writeIndex) uciPoll();
+    return testing::internal::GetCapturedStdout();
+  }
+};
+
+// A command line split into words in place, as the dispatcher hands it over.
+struct Words {
+  std::vector<char> text;
+  std::vector<char*> tokens;
+  int count;
+  explicit Words(const std::string& line) : text(line.begin(), line.end()), tokens(line.size() / 2 + 2) {
+    text.push_back('\0');
+    count = tokenise(text.data(), tokens.data());
+  }
+};
