@@ -82,11 +82,15 @@ bool Table::playTurn(int gameNumber) {
   sent = sent && engine.send(go);
   // Waiting longer than the clock allows would only find a time loss later.
   auto deadline = secondsAfter(asked, remaining[side] + settings.timeMarginSeconds);
-  std::string line, primaryMove, best;
+  // The lines are judged once the clock has stopped: replaying every line
+  // while the engine's time runs would charge the referee's work to the
+  // engine whose lines are longest, and at a hundredth of a second a move
+  // that is much of its time.
+  std::string line, best;
+  std::vector<std::string> answer;
   EngineRead read = EngineRead::Closed;
   while (sent && (read = engine.readLine(line, deadline)) == EngineRead::Line) {
-    OutputCheck check = judgeEngineLine(game, line, primaryMove);
-    if (check.fault != OutputFault::None) warn(side, check, line, gameNumber);
+    answer.push_back(line);
     std::istringstream words(line);
     std::string word;
     if (words >> word && word == "bestmove") {
@@ -95,6 +99,11 @@ bool Table::playTurn(int gameNumber) {
     }
   }
   double used = std::chrono::duration<double>(MatchClock::now() - asked).count();
+  std::string primaryMove;
+  for (const std::string& said : answer) {
+    OutputCheck check = judgeEngineLine(game, said, primaryMove);
+    if (check.fault != OutputFault::None) warn(side, check, said, gameNumber);
+  }
   if (read == EngineRead::Closed) {
     ++tallyOf(side).crashes;
     lose(side, "crashed or disconnected", "rules infraction");
