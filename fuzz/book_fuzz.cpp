@@ -19,7 +19,7 @@
 #include "harness.h"
 #include "moves/generate.h"
 #include "search/book.h"
-#include "shell/options.h"
+#include "base/options.h"
 
 namespace {
 
@@ -94,8 +94,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::fclose(file);
 
   try {
-    ownBook = 1;
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", bookPath.c_str());
+    options.ownBook = 1;
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", bookPath.c_str());
     openBook();
     for (const char* fen : fens) {
       Position position;

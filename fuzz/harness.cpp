@@ -14,8 +14,8 @@
 #include "search/reductions.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
+#include "base/log.h"
+#include "base/options.h"
 #include "shell/position_command.h"
 #include "shell/search_flags.h"
 #include "shell/setoption.h"
@@ -28,12 +28,7 @@ constexpr int harnessHashMb = 1;
 constexpr int largestHashMb = 16;
 constexpr int batchLines = 100;  // well below the 127 unread lines the ring holds
 
-constexpr int optionCount = 12;
-int32_t* const optionVariables[optionCount] = {
-    &useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold, &kingSafetyAggressiveness,
-    &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook, &multiPv, &ponderOption};
-int32_t defaultOptions[optionCount];
-char defaultBookFile[sizeof bookFileName];
+EngineOptions defaultOptions;
 
 bool startsWithWord(const std::string& line, const char* word) {
   char copy[slotBytes];
@@ -57,30 +52,26 @@ void prepareEngine() {
   dup2(devNull, 1);
   close(devNull);
   logFile = std::fopen("/dev/null", "w");
-  hashSizeMb = harnessHashMb;
-  for (int i = 0; i < optionCount; ++i) defaultOptions[i] = *optionVariables[i];
-  std::memcpy(defaultBookFile, bookFileName, sizeof bookFileName);
+  options.hashSizeMb = harnessHashMb;
+  defaultOptions = options;
   initEvaluation();
   buildReductionTables();
-  hashAllocate(hashSizeMb);
+  hashAllocate(options.hashSizeMb);
   openBook();
 }
 
 void resetEngine() {
-  bool changed = false;
-  for (int i = 0; i < optionCount; ++i)
-    if (*optionVariables[i] != defaultOptions[i]) {
-      *optionVariables[i] = defaultOptions[i];
-      changed = true;
-    }
-  bool bookChanged = std::memcmp(bookFileName, defaultBookFile, sizeof bookFileName) != 0;
-  std::memcpy(bookFileName, defaultBookFile, sizeof bookFileName);
+  const bool bookChanged = std::strcmp(options.bookFileName, defaultOptions.bookFileName) != 0;
+  EngineOptions sameBook = options;
+  std::memcpy(sameBook.bookFileName, defaultOptions.bookFileName, sizeof sameBook.bookFileName);
+  const bool changed = !(sameBook == defaultOptions);
+  options = defaultOptions;
   if (changed) {
     initEvaluation();
     buildReductionTables();
   }
   if (changed || hashTable.buckets == nullptr || hashTable.bucketCount != hashBucketCount(harnessHashMb))
-    hashAllocate(hashSizeMb);
+    hashAllocate(options.hashSizeMb);
   if (changed || bookChanged || bookFile) openBook();
   // The tables a search learns from start empty, so that an input behaves
   // the same way whatever ran before it.

@@ -8,7 +8,7 @@
 #include "board/keys.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
-#include "shell/options.h"
+#include "base/options.h"
 #include "shell/search_flags.h"
 
 namespace {
@@ -52,5 +52,5 @@ void prepareBatchSearch(uint64_t seed) {
   initKeys(seed);
   batchMode = 1;
   initEvaluation();
-  if (hashSizeMb != 0 && hashTable.buckets == nullptr) hashAllocate(hashSizeMb);
+  if (options.hashSizeMb != 0 && hashTable.buckets == nullptr) hashAllocate(options.hashSizeMb);
 }

@@ -6,8 +6,8 @@
 
 #include "board/keys.h"
 #include "board/queries.h"
-#include "shell/engine_exit.h"
-#include "shell/log.h"
+#include "base/engine_exit.h"
+#include "base/log.h"
 
 namespace {
 

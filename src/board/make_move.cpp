@@ -4,7 +4,7 @@
 #include "board/keys.h"
 #include "eval/piece_square.h"
 #include "eval/score_pair.h"
-#include "shell/log.h"
+#include "base/log.h"
 #include "shell/search_flags.h"
 
 namespace {

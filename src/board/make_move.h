@@ -1,7 +1,7 @@
 // The only way a position changes: copy the record and apply one move.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Copies source into destination and plays move there (0 is the null move),
 // keeping every key and sum up to date and counting a node. No legality test

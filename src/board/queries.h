@@ -1,7 +1,7 @@
 // Attack and check questions about a position.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // All squares attacked by colour, defended own pieces included.
 Bitboard attackMap(const Position& position, int colour);

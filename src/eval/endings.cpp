@@ -6,7 +6,7 @@
 
 #include "board/keys.h"
 #include "eval/endgames.h"
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 
 const EndingDefinition endingList[30] = {
     {"", 0.0, 0, nullptr},

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 struct EvalCacheEntry {
   uint64_t key;

@@ -5,7 +5,7 @@
 #include "eval/pawns.h"
 #include "eval/score_pair.h"
 #include "eval/tables.h"
-#include "shell/three_file_mask.h"
+#include "base/three_file_mask.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 struct EtableEntry {
   uint64_t key;     // the whole pawnKey

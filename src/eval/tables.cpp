@@ -8,8 +8,8 @@
 #include "eval/piece_square.h"
 #include "eval/score_pair.h"
 #include "search/hash_table.h"
-#include "shell/options.h"
-#include "shell/three_file_mask.h"
+#include "base/options.h"
+#include "base/three_file_mask.h"
 
 ScorePair doubledPawn[9];
 ScorePair connectedPawn[9];
@@ -168,9 +168,9 @@ void initEvaluation() {
     fixedTablesBuilt = true;
   }
   buildEndingTable();
-  buildKingDangerTables(kingSafetyAggressiveness);
+  buildKingDangerTables(options.kingSafetyAggressiveness);
   buildCountTables();
-  buildTempoShelterStorm(kingSafetyAggressiveness);
+  buildTempoShelterStorm(options.kingSafetyAggressiveness);
   buildCandidatePawns();
   initPieceSquare();
   buildPhasePieceValues();

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Row i is a constant pair times the count i (or a stated function of i).
 extern ScorePair doubledPawn[9];

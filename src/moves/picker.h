@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "moves/generate.h"
 
 enum PickerStage : int32_t {

@@ -1,7 +1,7 @@
 // Two small questions the searches ask about a position.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // 0 if the piece that just moved threatens nothing worth a look; 2 if it
 // attacks something bigger than itself; 1 if it wins an exchange.

@@ -10,8 +10,8 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
-#include "shell/log.h"
-#include "shell/options.h"
+#include "base/log.h"
+#include "base/options.h"
 
 FILE* bookFile = nullptr;
 
@@ -99,12 +99,12 @@ BookOpening openBook() {
     std::fclose(bookFile);
     bookFile = nullptr;
   }
-  if (ownBook != 1) return BookOpening::Off;
+  if (options.ownBook != 1) return BookOpening::Off;
   struct stat status;
-  if (stat(bookFileName, &status) != 0) return BookOpening::Missing;
+  if (stat(options.bookFileName, &status) != 0) return BookOpening::Missing;
   // A directory opens for reading here: only a regular file can be a book.
   if (!S_ISREG(status.st_mode)) return BookOpening::Unreadable;
-  bookFile = std::fopen(bookFileName, "rb");
+  bookFile = std::fopen(options.bookFileName, "rb");
   if (bookFile && readsWhole(bookFile, status.st_size)) return BookOpening::Opened;
   if (bookFile) std::fclose(bookFile);
   bookFile = nullptr;
@@ -112,7 +112,7 @@ BookOpening openBook() {
 }
 
 void sayBookUnreadable() {
-  std::printf("info string book file %s can't be read, playing without a book\n", bookFileName);
+  std::printf("info string book file %s can't be read, playing without a book\n", options.bookFileName);
   std::fflush(stdout);
 }
 
@@ -216,7 +216,7 @@ Move probeBook(const Position& root) {
   }
   if (total == 0) return 0;
 
-  if (bestLineOnly) {
+  if (options.bestLineOnly) {
     for (int i = 0; i < candidateCount; ++i)
       for (int j = i + 1; j < candidateCount; ++j)
         if (candidates[j].weight > candidates[i].weight) {

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "board/types.h"
+#include "base/types.h"
 
 extern const uint64_t polyglotRandom[781];
 extern FILE* bookFile;  // null: no book

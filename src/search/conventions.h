@@ -7,7 +7,7 @@
 // -fullWindow to fullWindow, and a side mated at ply p scores p - mateScore.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 constexpr int fullWindow = 32001;
 

@@ -14,7 +14,7 @@
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/options.h"
+#include "base/options.h"
 #include "shell/search_flags.h"
 
 int futilityMargin[24];
@@ -141,7 +141,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
 
   Position child;
   // 10. Null-move rules.
-  if (nullMoveAllowed && !noNull && nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
+  if (nullMoveAllowed && !noNull && options.nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
     // The slot may hold something new since step 4; read it once more.
     int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
     if (nullEval >= beta + 5) {
@@ -298,7 +298,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
         bool searched = false;
         // 13.14 Reduction.
         int reduction = nodeReduction(newDepth, moveCount, parity);
-        if (newDepth >= 8 && useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
+        if (newDepth >= 8 && options.useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;

@@ -12,7 +12,7 @@
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/options.h"
+#include "base/options.h"
 #include "shell/search_flags.h"
 
 int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
@@ -162,7 +162,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
                       exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
                       exchangeValue(position, move, 0) >= 0;
         searchTrace.pvRescues += rescue ? 1 : 0;
-        if (!rescue && !noReduce && useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
+        if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
             bestScore >= -31900 && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;

@@ -13,8 +13,8 @@
 #include "search/search.h"
 #include "search/search_trace.h"
 #include "search/think.h"
-#include "shell/options.h"
-#include "shell/platform.h"
+#include "base/options.h"
+#include "base/platform.h"
 #include "shell/search_flags.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
@@ -100,7 +100,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
     if (kingAttacked(rootChild, us)) continue;
     rootChild.inCheck = kingAttacked(rootChild, them);
     ++moveNumber;
-    if (reportMoves && multiPv == 1 && !batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
+    if (reportMoves && options.multiPv == 1 && !batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
     const int moveClassBits = moveClass(position, rootChild, move);
 
     if (position.inCheck) ++noReduce;
@@ -128,7 +128,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
       value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
       if (stopSearch) return 0;
     } else {
-      if (noReduce == 0 && useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
+      if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
           rootChild.capturedPiece == 0 && bestScore >= -31900) {
         ++searchTrace.rootReductions;
         int reduced = -searchNode(rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
@@ -150,7 +150,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!batchMode && multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
+      if (!batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;

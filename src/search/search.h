@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "search/conventions.h"
 
 // Deepest ply the per-ply tables hold; a search that gets there returns a

@@ -5,7 +5,7 @@
 
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "board/types.h"
+#include "base/types.h"
 #include "search/hash_table.h"
 
 // Piece code of colour's piece on s, pawn first; 0 if none.

@@ -1,4 +1,4 @@
-#include "shell/platform.h"
+#include "base/platform.h"
 #include "shell/search_flags.h"
 #include "shell/uci.h"
 #include "search/search.h"

@@ -19,9 +19,9 @@
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_trace.h"
-#include "shell/log.h"
-#include "shell/options.h"
-#include "shell/platform.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "base/platform.h"
 #include "shell/search_flags.h"
 #include "shell/uci.h"
 
@@ -141,7 +141,7 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
 
 int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime) {
   // Preparation.
-  if (batchMode) deterministic = 1;
+  if (batchMode) options.deterministic = 1;
   pollingHeld = 1;
   goalReached = 0;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
@@ -167,14 +167,14 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     moveList = legalMoves;
   }
 
-  const bool freshTables = firstSearchPending || deterministic;
+  const bool freshTables = firstSearchPending || options.deterministic;
   if (freshTables) {
     std::memset(history, 0, sizeof history);
     buildReductionTables();
   }
   for (int i = 0; i < 20; ++i) hangingMargin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
   fillRootScores(root);
-  if (hashSizeMb != 0) {
+  if (options.hashSizeMb != 0) {
     if (freshTables) {
       hashClear();
       firstSearchPending = 0;
@@ -227,10 +227,10 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     std::snprintf(workingList, sizeof workingList, "%s", fullMoveList);
     int lines = 0;
     uint64_t iterationNodes = 0;
-    while (lines < multiPv) {
+    while (lines < options.multiPv) {
       int alpha = -32001;
       int beta = 32001;
-      if (depth > 4 && multiPv == 1) {
+      if (depth > 4 && options.multiPv == 1) {
         int s1 = scoreByDepth[depth - 1], s2 = scoreByDepth[depth - 2], s3 = scoreByDepth[depth - 3];
         int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
         if (delta < 16) delta = 16;
@@ -281,7 +281,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
           rows[j] = swap;
         }
     for (int i = 0; i < shown; ++i) {
-      if (multiPv > 1) {
+      if (options.multiPv > 1) {
         playableLine(root, rows[i].line, playable);
         pvToText(playable, lineText);
         if (i == 0) searchReport.lastShownMove = playable[0];

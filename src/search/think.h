@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Room for a blank-separated list of move texts.
 constexpr int moveListCapacity = 4096;

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <strings.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 
 int32_t selfTestRequested = 0;
 int32_t makeTestDataRequested = 0;

@@ -8,8 +8,8 @@
 
 #include "search/think.h"
 #include "shell/game.h"
-#include "shell/log.h"
-#include "shell/options.h"
+#include "base/log.h"
+#include "base/options.h"
 #include "shell/search_flags.h"
 
 int32_t searchRunning = 0;
@@ -170,7 +170,7 @@ void goCommand(char** tokens, int count) {
   pondering = request.ponder ? 1 : 0;
 
   Position& root = gameStack[gameLength];
-  SearchPlan plan = planSearch(request, sideToMove(root), moveOverheadMs * 0.001);
+  SearchPlan plan = planSearch(request, sideToMove(root), options.moveOverheadMs * 0.001);
 
   searchRunning = 1;
   searchNeedsCommand = request.infiniteSearch;

@@ -11,9 +11,9 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 #include "shell/game.h"
-#include "shell/log.h"
+#include "base/log.h"
 
 Position gameStack[gameStackSize];
 int32_t gameLength = 0;

@@ -7,7 +7,7 @@
 
 #include "board/fen.h"
 #include "search/think.h"
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 

@@ -9,14 +9,14 @@
 #include "search/book.h"
 #include "search/hash_table.h"
 #include "shell/command_line.h"
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
-#include "shell/platform.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "base/platform.h"
 #include "shell/search_flags.h"
 #include "shell/self_test.h"
-#include "shell/three_file_mask.h"
+#include "base/three_file_mask.h"
 #include "shell/uci.h"
 #include "shell/version.h"
 
@@ -25,7 +25,7 @@ namespace {
 // A default size the memory can't give leaves the engine without a table,
 // and the uci answer says Hash 0.
 void allocateStartTable() {
-  if (hashSizeMb != 0 && !hashAllocate(hashSizeMb)) hashSizeMb = 0;
+  if (options.hashSizeMb != 0 && !hashAllocate(options.hashSizeMb)) options.hashSizeMb = 0;
 }
 
 [[noreturn]] void runUciMode(BookOpening opening) {

@@ -4,11 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
+#include "base/log.h"
+#include "base/options.h"
 #include "shell/position_command.h"
 #include "shell/search_flags.h"
 #include "shell/setoption.h"
@@ -41,14 +41,14 @@ void printUciAnswer() {
   std::printf("id name %s %s\n", engineName, engineVersion);
   std::printf("id author Orin Tessaly, Quill Marrow\n");
   std::printf("option name Ponder type check default true\n");
-  std::printf("option name Hash type spin default %d min 0 max %d\n", hashSizeMb, maxHashMb);
-  std::printf("option name OwnBook type check default %s\n", checkText(ownBook));
-  std::printf("option name MultiPV type spin default %d min 1 max 99\n", multiPv);
-  std::printf("option name Book File type string default %s\n", bookFileName);
+  std::printf("option name Hash type spin default %d min 0 max %d\n", options.hashSizeMb, maxHashMb);
+  std::printf("option name OwnBook type check default %s\n", checkText(options.ownBook));
+  std::printf("option name MultiPV type spin default %d min 1 max 99\n", options.multiPv);
+  std::printf("option name Book File type string default %s\n", options.bookFileName);
   for (const EngineOption* row = checkOptions; row->name[0]; ++row)
-    std::printf("option name %s type check default %s\n", row->name, checkText(*row->value));
+    std::printf("option name %s type check default %s\n", row->name, checkText(options.*row->value));
   for (const EngineOption* row = spinOptions; row->name[0]; ++row)
-    std::printf("option name %s type spin default %d min %d max %d\n", row->name, *row->value,
+    std::printf("option name %s type spin default %d min %d max %d\n", row->name, options.*row->value,
                 row->minimum, row->maximum);
   std::printf("uciok\n");
   std::fflush(stdout);

@@ -11,7 +11,7 @@
 #include "eval/tables.h"
 #include "search/hash_table.h"
 #include "search/think.h"
-#include "shell/options.h"
+#include "base/options.h"
 #include "shell/search_flags.h"
 #include "shell/self_test.h"
 
@@ -58,7 +58,7 @@ TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   searchBatchPosition(ending, 10);
   countingAllocations = false;
   batchMode = 0;
-  deterministic = 0;
+  options.deterministic = 0;
   EXPECT_GT(depthNodes[10], 10000u) << "the searches ran";
   EXPECT_EQ(countedAllocations.load(), 0);
 

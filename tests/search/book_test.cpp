@@ -46,8 +46,8 @@ struct Book : OptionState {
     OptionState::SetUp();
     directory = testbook::makeTemporaryDirectory();
     ASSERT_FALSE(directory.empty());
-    ownBook = 1;
-    bestLineOnly = 1;
+    options.ownBook = 1;
+    options.bestLineOnly = 1;
   }
   void TearDown() override {
     if (bookFile) std::fclose(bookFile);
@@ -58,7 +58,7 @@ struct Book : OptionState {
   void useBook(const std::vector<Entry>& entries, int tailBytes = 0) {
     const std::string path = directory + "/book.bin";
     testbook::writeBook(path, entries, tailBytes);
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", path.c_str());
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", path.c_str());
     openBook();
     ASSERT_NE(bookFile, nullptr);
   }
@@ -117,7 +117,7 @@ TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
   }
   // No book: a directory, a missing file.
   for (std::string name : {directory, directory + "/absent.bin"}) {
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", name.c_str());
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", name.c_str());
     openBook();
     EXPECT_EQ(bookFile, nullptr) << name;
     EXPECT_EQ(probe(startFen), "none");
@@ -139,7 +139,7 @@ TEST_F(Book, MovesAreDrawnByWeightOrWithBestLineOnlyAmongTheHeaviest) {
   };
   for (const Case& c : cases) {
     useBook(c.entries);
-    bestLineOnly = c.bestLine;
+    options.bestLineOnly = c.bestLine;
     std::srand(20240229);
     std::map<std::string, int> seen;
     for (int i = 0; i < 2000; ++i) ++seen[probe(startFen)];

@@ -28,7 +28,7 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
     batchMode = 1;
     searchTestRow(row, fen);
     batchMode = 0;
-    deterministic = 0;
+    options.deterministic = 0;
     int move = 0, score = 0;
     unsigned long long nodes = 0;
     ASSERT_EQ(std::sscanf(testFens[row], "%*s %*s %*s %*s %d %d %llu", &move, &score, &nodes), 3);
@@ -52,7 +52,7 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
     batchMode = 1;
     think(root, c.goal, 1, moves, c.exactTime);
     batchMode = 0;
-    deterministic = 0;
+    options.deterministic = 0;
     EXPECT_NEAR(hardTimeLimit - searchStartTime, c.hard, 1e-9) << c.percent << " " << c.goal;
   }
   hardTimePercent = savedPercent;

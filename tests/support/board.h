@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "board/fen.h"
-#include "board/types.h"
+#include "base/types.h"
 #include "eval/piece_square.h"
 #include "eval/score_pair.h"
 #include "eval/tables.h"
-#include "shell/options.h"
+#include "base/options.h"
 
 namespace testboard {
 
@@ -42,7 +42,7 @@ inline Position rootPosition(const char* fen) {
 }
 
 inline void useEvaluationTables(int32_t aggressiveness = 6) {
-  kingSafetyAggressiveness = aggressiveness;
+  options.kingSafetyAggressiveness = aggressiveness;
   initEvaluation();
 }
 

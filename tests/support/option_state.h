@@ -11,32 +11,24 @@
 #include <vector>
 
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
+#include "base/log.h"
+#include "base/options.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
 struct OptionState : testing::Test {
-  static constexpr int count = 12;
-  int32_t saved[count];
-  char savedBookFile[sizeof bookFileName];
+  EngineOptions saved;
   FILE* savedLog;
 
-  int32_t* variables[count] = {&useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold,
-                               &kingSafetyAggressiveness, &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook,
-                               &multiPv, &ponderOption};
-
   void SetUp() override {
-    for (int i = 0; i < count; ++i) saved[i] = *variables[i];
-    std::memcpy(savedBookFile, bookFileName, sizeof bookFileName);
+    saved = options;
     savedLog = logFile;
     logFile = std::tmpfile();
     while (takeInputLine(inputRing)) {
     }
   }
   void TearDown() override {
-    for (int i = 0; i < count; ++i) *variables[i] = saved[i];
-    std::memcpy(bookFileName, savedBookFile, sizeof bookFileName);
+    options = saved;
     if (logFile) std::fclose(logFile);
     logFile = savedLog;
   }
