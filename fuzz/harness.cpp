@@ -17,7 +17,7 @@
 #include "base/log.h"
 #include "base/options.h"
 #include "shell/position_command.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
@@ -54,7 +54,7 @@ void prepareEngine() {
   logFile = std::fopen("/dev/null", "w");
   options.hashSizeMb = harnessHashMb;
   defaultOptions = options;
-  initEvaluation();
+  rebuildEvaluation();
   buildReductionTables();
   hashAllocate(options.hashSizeMb);
   openBook();
@@ -67,7 +67,7 @@ void resetEngine() {
   const bool changed = !(sameBook == defaultOptions);
   options = defaultOptions;
   if (changed) {
-    initEvaluation();
+    rebuildEvaluation();
     buildReductionTables();
   }
   if (changed || hashTable.buckets == nullptr || hashTable.bucketCount != hashBucketCount(harnessHashMb))
@@ -78,10 +78,10 @@ void resetEngine() {
   hashClear();
   std::memset(history, 0, sizeof history);
 
-  stopSearch = 0;
-  pondering = 0;
-  pollingHeld = 0;
-  nodeLimit = ~uint64_t{0};
+  clearTheStop();
+  searchLimits.pondering = 0;
+  searchLimits.pollingHeld = 0;
+  searchLimits.nodeLimit = ~uint64_t{0};
   searchRunning = 0;
   searchNeedsCommand = 0;
   startPositionPending = 1;

@@ -19,7 +19,7 @@
 #include <sstream>
 
 #include "commands.h"
-#include "eval/piece_square.h"
+#include "board/piece_square.h"
 #include "match_game.h"
 #include "match_referee.h"
 

@@ -10,7 +10,7 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "commands.h"
-#include "eval/piece_square.h"
+#include "board/piece_square.h"
 #include "moves/generate.h"
 #include "moves/perft.h"
 

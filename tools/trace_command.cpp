@@ -82,7 +82,7 @@ int traceCommand(int argc, char** argv) {
   prepareBatchSearch(seed);
 
   char fen[512] = "";
-  uint64_t cacheHitsBefore = evalCacheHits, probesBefore = etableProbes, etableHitsBefore = etableHits;
+  uint64_t cacheHitsBefore = evalCaches.evalCacheHits, probesBefore = evalCaches.etableProbes, etableHitsBefore = evalCaches.etableHits;
   if (rowGiven) {
     searchTestRow(row, fen);
     depth = testSearchDepth;
@@ -106,6 +106,6 @@ int traceCommand(int argc, char** argv) {
   printCounters(depth, byIteration);
   std::printf("\nevaluation, whole search: cache hits %" PRIu64 ", etable probes %" PRIu64 ", etable hits %" PRIu64
               "\n",
-              evalCacheHits - cacheHitsBefore, etableProbes - probesBefore, etableHits - etableHitsBefore);
+              evalCaches.evalCacheHits - cacheHitsBefore, evalCaches.etableProbes - probesBefore, evalCaches.etableHits - etableHitsBefore);
   return 0;
 }

@@ -2,10 +2,11 @@
 
 #include "board/fen.h"
 #include "board/keys.h"
-#include "eval/piece_square.h"
-#include "eval/score_pair.h"
+#include "board/piece_square.h"
+#include "base/score_pair.h"
 #include "base/log.h"
-#include "shell/search_flags.h"
+
+NodeCounter nodeCounter;
 
 namespace {
 
@@ -33,7 +34,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   d.lastMove = move;
   d.movedPiece = 0;
   d.capturedPiece = 0;
-  if (!stopSearch) ++nodeCount;
+  if (!nodeCounter.frozen) ++nodeCounter.nodes;
 
   const int c = sideToMove(source);
   const int e = c ^ 1;

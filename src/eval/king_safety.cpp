@@ -2,8 +2,8 @@
 
 #include "board/attacks.h"
 #include "board/exchange.h"
-#include "eval/pawns.h"
-#include "eval/score_pair.h"
+#include "base/fills.h"
+#include "base/score_pair.h"
 #include "eval/tables.h"
 #include "base/three_file_mask.h"
 

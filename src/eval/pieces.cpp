@@ -4,7 +4,7 @@
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
 #include "eval/pawns.h"
-#include "eval/score_pair.h"
+#include "base/score_pair.h"
 #include "eval/tables.h"
 
 constexpr ScorePair knightMobility[16] = {

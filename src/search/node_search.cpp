@@ -15,7 +15,7 @@
 #include "search/search_common.h"
 #include "search/search_trace.h"
 #include "base/options.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 int futilityMargin[24];
 int hangingMargin[20];
@@ -67,7 +67,7 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 
 int searchNode(Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
   // 1. Entry.
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.nodeEntries;
   const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
@@ -75,7 +75,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   // 2. Drawn material.
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
 
   Move scratch[lineLength] = {};
   // 3. Horizon: a quiet node gets one more ply only if the move that led here
@@ -84,7 +84,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
       return searchQuiet(position, beta - 1, beta, 0, ply, line);
     ++searchTrace.nodeHorizonTests;
-    int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    int value = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
     if (beta <= value && value < beta + 75) {
       ++searchTrace.nodeHorizonExtensions;
       position.horizonExtensions = 1;
@@ -116,7 +116,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
   }
 
@@ -163,7 +163,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
           ++searchTrace.nullMoveSearches;
           makeMove(position, child, 0);
           int value = -searchNode(child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
           if (std::abs(value) <= mateThreshold && value >= beta) return ++searchTrace.nullMoveCutoffs, beta;
         }
       }
@@ -181,7 +181,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       if (eval < target && razorAllowed) {
         ++searchTrace.razorDeepSearches;
         int value = searchQuiet(position, target - 1, target, 0, ply, scratch);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
         if (value < target) return ++searchTrace.razorDeepCutoffs, value;
       }
     }
@@ -241,7 +241,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     if (repetitionDraw(child)) {
       value = drawValue(ply);
       ++searchTrace.nodeRepetitions;
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
     } else {
       // 13.7
       moveClassBits = moveClass(position, child, move);
@@ -262,7 +262,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
         int target = hashScore - 20;
         ++searchTrace.nodeSingularTests;
         int singular = searchNode(position, target, halfDepth, ply, scratch, move, 0);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
         if (singular < target) extension = 2, ++searchTrace.nodeSingularExtensions;
       }
       // 13.10 New depth.
@@ -304,7 +304,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
           if (reduced == 2 || reduced == 3) reduced = 0;
           ++searchTrace.nodeReductions;
           value = -searchNode(child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
           searched = value < beta;
           searchTrace.nodeReductionResearches += searched ? 0 : 1;
         }
@@ -312,7 +312,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
         if (!searched) {
           ++searchTrace.nodeFullSearches;
           value = -searchNode(child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
         }
       }
     }
@@ -334,7 +334,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
 
   // 14. The end of the node.
   if (!cutOff) {
-    if (stopSearch) return 0;
+    if (searchLimits.stop) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
     ++searchTrace.nodeFailLows;
   }

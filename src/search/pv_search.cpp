@@ -13,10 +13,10 @@
 #include "search/search_common.h"
 #include "search/search_trace.h"
 #include "base/options.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.pvEntries;
   // Node parity below counts from the nearest PV node.
@@ -25,7 +25,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
 
   const int us = sideToMove(position);
   const int them = us ^ 1;
@@ -35,7 +35,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   // hangs or a pawn is about to promote and the score is near the window.
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions) return searchQuiet(position, alpha, beta, 0, ply, line);
-    int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    int value = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
     bool extend;
     if (beta - 99 <= value && value < beta)
       extend = true;
@@ -62,7 +62,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   if (hashMove == 0 && depth > 9) {
     ++searchTrace.pvIidSearches;
     hashScore = searchPv(position, alpha, beta, depth - 4, ply, scratch);
-    if (stopSearch) return 0;
+    if (searchLimits.stop) return 0;
     hashMove = scratch[0];
   }
 
@@ -102,7 +102,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     int value;
     if (repetitionDraw(child)) {
       value = drawValue(ply);
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
     } else {
       moveClassBits = moveClass(position, child, move);
       if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
@@ -139,7 +139,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         if (extension <= 3 && move == hashMove && depth > 15) {
           ++searchTrace.pvSingularTests;
           int singular = searchNode(position, singularReference, depth - 10, ply, scratch, move, 1);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
           if (singular < singularReference) extension += 2, ++searchTrace.pvSingularExtensions;
         }
       }
@@ -155,7 +155,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       int reduction = pvReduction(newDepth, moveCount);
       if (moveCount == 1) {
         value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
       } else {
         // A piece that steps out of a losing exchange is never reduced.
         bool rescue = depth >= 6 && depth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
@@ -168,16 +168,16 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
           if (reduced == 2 || reduced == 3) reduced = 0;
           ++searchTrace.pvReductions;
           value = -searchNode(child, -alpha, reduced, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
           if (value <= alpha) { ++searchTrace.pvReductionFailLows; continue; }
         }
         ++searchTrace.pvZeroWindowSearches;
         value = -searchNode(child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
         if (value > alpha) {
           ++searchTrace.pvResearches;
           value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-          if (stopSearch) return 0;
+          if (searchLimits.stop) return 0;
         }
       }
     }
@@ -197,7 +197,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     }
   }
 
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
   // A PV node teaches the history without a cut-off.
   if (bestIndex != -1) creditHistory(triedQuiets, triedCount, bestIndex, us, halfDepth);

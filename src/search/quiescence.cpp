@@ -10,16 +10,16 @@
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.quietEntries;
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
 
   const bool zeroWindow = beta == alpha + 1;
   Move hashMove = 0;
@@ -36,7 +36,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
     if (depth < -59) return ++searchTrace.quietDepthLimitReturns, eval;
   }
@@ -97,7 +97,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
                           (inCheck ? 4 : 0);
       if (dropQuietMoves && moveClassBits == 0) { ++searchTrace.quietDroppedQuiets; continue; }
       value = -searchQuiet(child, -beta, -alpha, depth - 2, ply + 1, scratch);
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
       if (value <= bestScore) continue;
     }
     bestScore = value;
@@ -109,7 +109,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     if (value >= beta) break;
   }
 
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (moveCount == 0) bestScore = ply - mateScore;
   if (zeroWindow) {
     // Depth -2 serves every level below the first: a probe needs depth <= stored.

@@ -6,7 +6,7 @@
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "eval/score_pair.h"
+#include "base/score_pair.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
 #include "search/hash_table.h"
@@ -15,9 +15,8 @@
 #include "search/think.h"
 #include "base/options.h"
 #include "base/platform.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 #include "shell/tokenise.h"
-#include "shell/uci.h"
 
 RootMove rootMoves[256];
 int rootMoveCount = 0;
@@ -51,7 +50,7 @@ void buildRootMoves(const Position& position) {
         rootMoves[i] = rootMoves[j];
         rootMoves[j] = swap;
       }
-  nodeCount = 0;
+  nodeCounter.nodes = 0;
 }
 
 bool isAllowed(const char* text, char* const* tokens, int tokenCount) {
@@ -64,7 +63,7 @@ bool isAllowed(const char* text, char* const* tokens, int tokenCount) {
 
 int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const char* allowedMoves,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   position.pvPly = 0;
   position.horizonExtensions = 0;
   position.extensionRemainder = 0;
@@ -74,7 +73,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   const int tokenCount = tokenise(allowedCopy, tokens);
 
   const int halfDepth = depth >> 1;
-  const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchStartTime > 0.25;
+  const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchLimits.startTime > 0.25;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.rootPasses;
   line[0] = 0;
@@ -91,16 +90,16 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   Move scratch[lineLength] = {};
   char text[8];
   for (int i = 0; i < rootMoveCount; ++i) {
-    if (stopSearch) return 0;
+    if (searchLimits.stop) return 0;
     const Move move = rootMoves[i].move;
     makeMove(position, rootChild, move);
-    const uint64_t nodesBefore = nodeCount;
+    const uint64_t nodesBefore = nodeCounter.nodes;
     moveToText(move, text);
     if (!isAllowed(text, tokens, tokenCount)) continue;
     if (kingAttacked(rootChild, us)) continue;
     rootChild.inCheck = kingAttacked(rootChild, them);
     ++moveNumber;
-    if (reportMoves && options.multiPv == 1 && !batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
+    if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
     const int moveClassBits = moveClass(position, rootChild, move);
 
     if (position.inCheck) ++noReduce;
@@ -126,37 +125,37 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
     int value;
     if (moveNumber == 1) {
       value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
     } else {
       if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
           rootChild.capturedPiece == 0 && bestScore >= -31900) {
         ++searchTrace.rootReductions;
         int reduced = -searchNode(rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
         if (reduced <= alpha) { ++searchTrace.rootReductionFailLows; continue; }
       }
       value = -searchNode(rootChild, -alpha, childDepth, 1, scratch, 0, 0);
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
       if (value > alpha) {
         ++searchTrace.rootResearches;
         value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
-        if (stopSearch) return 0;
+        if (searchLimits.stop) return 0;
       }
     }
-    rootMoves[i].nodes = nodeCount - nodesBefore;
-    if (stopSearch) return 0;
+    rootMoves[i].nodes = nodeCounter.nodes - nodesBefore;
+    if (searchLimits.stop) return 0;
 
     if (value > bestScore) {
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
+      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;
     }
   }
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
 
   // The best move of each pass goes first, the others keep their order.
   for (int i = 0; i < rootMoveCount; ++i) {

@@ -10,7 +10,7 @@
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "eval/evaluate.h"
-#include "eval/piece_square.h"
+#include "board/piece_square.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
 #include "search/book.h"
@@ -22,10 +22,8 @@
 #include "base/log.h"
 #include "base/options.h"
 #include "base/platform.h"
-#include "shell/search_flags.h"
-#include "shell/uci.h"
+#include "search/limits.h"
 
-int32_t hardTimePercent = 500;
 int32_t goalReached = 0;
 int32_t firstSearchPending = 1;
 SearchReport searchReport;
@@ -75,11 +73,11 @@ bool removeFromList(char* list, Move move) {
 int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const char* list,
                   uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   const bool failedHigh = value >= window.beta;
-  if (stopSearch || (!failedHigh && value > window.alpha)) return value;
+  if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
   for (;;) {
     window = widenWindow(window, value);
     value = searchRoot(root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
-    if (stopSearch || (value > window.alpha && value < window.beta)) return value;
+    if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
     bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
     if (reopenedSideFailed) return searchRoot(root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
   }
@@ -123,7 +121,7 @@ void scoreToText(int score, char* text) {
 }
 
 void printIterationLine(const Position& root, int depth, int score, const Move* line) {
-  double elapsed = elapsedSince(searchStartTime);
+  double elapsed = elapsedSince(searchLimits.startTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
   char scoreText[scoreTextSize];
@@ -133,7 +131,7 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
   scoreToText(score, scoreText);
   pvToText(shown, lineText);
   std::printf("info depth %d time %d nodes %" PRIu64 " score %s nps %" PRIu64 " pv %s\n", depth,
-              static_cast<int>(1000 * elapsed), nodeCount, scoreText, static_cast<uint64_t>(nodeCount / rateTime),
+              static_cast<int>(1000 * elapsed), nodeCounter.nodes, scoreText, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
               lineText);
   std::fflush(stdout);
   searchReport.lastShownMove = shown[0];
@@ -141,11 +139,11 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
 
 int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime) {
   // Preparation.
-  if (batchMode) options.deterministic = 1;
-  pollingHeld = 1;
+  if (searchLimits.batchMode) options.deterministic = 1;
+  searchLimits.pollingHeld = 1;
   goalReached = 0;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
-  stopSearch = 0;
+  clearTheStop();
   searchTrace = SearchTrace{};
   std::memset(killer1, 0, sizeof killer1);
   std::memset(killer2, 0, sizeof killer2);
@@ -182,14 +180,14 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     hashAdvanceAge();
   }
 
-  searchStartTime = clock(wholeSecondClock);
-  hardTimeLimit = searchStartTime + hardTimePercent * 0.01 * goalSeconds;
-  double softLimit = searchStartTime + 0.75 * goalSeconds;
+  searchLimits.startTime = clock(wholeSecondClock);
+  searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * goalSeconds;
+  double softLimit = searchLimits.startTime + 0.75 * goalSeconds;
   // A fixed time per move is spent whole: the deepening never stops early on
   // a stable best move, and the goal itself is the hard limit.
   if (exactTime) {
-    hardTimeLimit = searchStartTime + goalSeconds;
-    softLimit = hardTimeLimit;
+    searchLimits.hardTimeLimit = searchLimits.startTime + goalSeconds;
+    softLimit = searchLimits.hardTimeLimit;
   }
   searchReport = SearchReport{};
 
@@ -220,9 +218,9 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
         break;
       }
     } else {
-      pollingHeld = 0;
+      searchLimits.pollingHeld = 0;
     }
-    if (!batchMode) std::printf("info depth %d\n", depth);
+    if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
 
     std::snprintf(workingList, sizeof workingList, "%s", fullMoveList);
     int lines = 0;
@@ -249,24 +247,24 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
 
       // A stable best move that took nearly all the nodes lets the search
       // stop early; a change of mind gives it more time.
-      if (depth > 4 && !stopSearch && !exactTime) {
+      if (depth > 4 && !searchLimits.stop && !exactTime) {
         if (bestLine[0] == moveByDepth[depth - 1]) {
           double percent = (102 - 100 * bestMoveShare) * 2.5;
-          softLimit = searchStartTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
+          softLimit = searchLimits.startTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
         } else {
-          softLimit = searchStartTime + 1.2 * goalSeconds;
+          softLimit = searchLimits.startTime + 1.2 * goalSeconds;
           bestMoveShare *= 0.9;
         }
       }
-      if (!stopSearch) {
+      if (!searchLimits.stop) {
         rows[lines].score = value;
         copyLine(rows[lines].line, bestLine);
         if (lines + 1 > filledRows) filledRows = lines + 1;
       }
-      iterationNodes = nodeCount;
-      rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchStartTime) * 1000);
+      iterationNodes = nodeCounter.nodes;
+      rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
       ++lines;
-      if (stopSearch) break;
+      if (searchLimits.stop) break;
       if (!removeFromList(workingList, bestLine[0])) break;
       if (depth == 1) break;  // the first iteration has one line
     }
@@ -294,20 +292,20 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
 
     copyLine(bestLine, rows[0].line);
     score = rows[0].score;
-    if (stopSearch) {
+    if (searchLimits.stop) {
       logPrintf("search aborted\n");
       break;
     }
 
-    double elapsed = elapsedSince(searchStartTime);
+    double elapsed = elapsedSince(searchLimits.startTime);
     if (elapsed < 0.0001) elapsed = 0.0001;
-    uint64_t nodes = nodeCount;
+    uint64_t nodes = nodeCounter.nodes;
     finishedDepth = depth;
     playableLine(root, bestLine, playable);
     pvToText(playable, lineText);
     logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
               score * 0.01, lineText);
-    if (batchMode) {
+    if (searchLimits.batchMode) {
       if (depth < 32) {
         depthTime[depth] = elapsed;
         depthNodes[depth] = nodes;
@@ -320,25 +318,25 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     }
 
     if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = 1;
-    if (!pondering && goalReached) break;
+    if (!searchLimits.pondering && goalReached) break;
     if (std::abs(score) > 31799) break;
     if (depth >= maxDepth) break;
   }
 
   // Finish.
-  logPrintf("Total move time %8.1f\n", elapsedSince(searchStartTime));
-  if (maxDepth > 98 || pondering) {
+  logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
+  if (maxDepth > 98 || searchLimits.pondering) {
     for (;;) {
-      uciPoll();
-      if (stopSearch || !pondering) break;
+      if (searchLimits.serveInput) searchLimits.serveInput();
+      if (searchLimits.stop || !searchLimits.pondering) break;
       sleepOneMillisecond();
     }
   }
-  if (batchMode) return score;
+  if (searchLimits.batchMode) return score;
   if (logFile) {
-    double rate = etableProbes ? 100.0 * static_cast<double>(etableHits) / static_cast<double>(etableProbes) : 0.0;
-    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", etableHits,
-              etableProbes, rate);
+    double rate = evalCaches.etableProbes ? 100.0 * static_cast<double>(evalCaches.etableHits) / static_cast<double>(evalCaches.etableProbes) : 0.0;
+    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", evalCaches.etableHits,
+              evalCaches.etableProbes, rate);
   }
   // bestmove names the first move of the last finished iteration and ponder
   // the second, from the line as it can be replayed. A client checks both
@@ -352,8 +350,8 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
   if (searchReport.lastShownMove != 0 && searchReport.lastShownMove != playable[0])
     printIterationLine(root, finishedDepth, score, bestLine);
-  std::printf("info nodes %" PRIu64 "\n", nodeCount);
-  logPrintf("info nodes %" PRIu64 "\n", nodeCount);
+  std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
+  logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   if (ponderText[0]) {
     std::printf("bestmove %s ponder %s\n", bestText, ponderText);
     logPrintf("bestmove %s ponder %s\n", bestText, ponderText);

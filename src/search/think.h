@@ -8,7 +8,6 @@
 // Room for a blank-separated list of move texts.
 constexpr int moveListCapacity = 4096;
 
-extern int32_t hardTimePercent;     // hard limit as a percentage of the goal
 extern int32_t goalReached;
 extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
 

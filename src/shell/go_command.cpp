@@ -10,7 +10,7 @@
 #include "shell/game.h"
 #include "base/log.h"
 #include "base/options.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 int32_t searchRunning = 0;
 int32_t searchNeedsCommand = 0;
@@ -54,7 +54,7 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead) {
   // In deep time trouble the goal falls to its floor: the hard limit is then
   // the budget's own hard time, never less than that floor.
   double percent = goal > floor ? hard / goal * 100 : (hard > floor ? hard : floor) / floor * 100;
-  hardTimePercent = static_cast<int32_t>(percent);
+  searchLimits.hardTimePercent = static_cast<int32_t>(percent);
   logPrintf("We have %8.1f seconds to make %d moves = %8.1f goal\n", timeLeft, movesToGo, goal);
   return goal > floor ? goal : floor;
 }
@@ -80,7 +80,7 @@ double incrementBudget(double timeLeft, double increment, double overhead) {
   const double multiple = timeLeft / increment + 2.0 < 5.0 ? timeLeft / increment + 2.0 : 5.0;
   double hard = multiple * goal < 0.5 * spare ? multiple * goal : 0.5 * spare;
   if (hard < goal) hard = goal;
-  hardTimePercent = static_cast<int32_t>(100 * hard / goal + 0.5);
+  searchLimits.hardTimePercent = static_cast<int32_t>(100 * hard / goal + 0.5);
   logPrintf("We have %8.1f seconds for the game.  %8.1f goal set\n", timeLeft, goal);
   return goal;
 }
@@ -166,8 +166,8 @@ SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
 void goCommand(char** tokens, int count) {
   GoRequest request;
   readGoWords(tokens, count, request);
-  nodeLimit = request.nodeLimit;
-  pondering = request.ponder ? 1 : 0;
+  searchLimits.nodeLimit = request.nodeLimit;
+  searchLimits.pondering = request.ponder ? 1 : 0;
 
   Position& root = gameStack[gameLength];
   SearchPlan plan = planSearch(request, sideToMove(root), options.moveOverheadMs * 0.001);

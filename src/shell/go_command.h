@@ -40,14 +40,14 @@ struct SearchPlan {
 };
 
 // The kind of search a request asks for and its time goal, for the side to
-// move; a clock budget also sets hardTimePercent and writes its log line.
+// move; a clock budget also sets the hard limit percentage and writes its log line.
 SearchPlan planSearch(const GoRequest& request, int side, double overhead);
 
-// The goal in seconds for a clock situation, setting hardTimePercent where
+// The goal in seconds for a clock situation, setting the hard limit percentage where
 // the budget decides it: moves-to-go when movesToGo isn't 0, else the budget
 // with increment or the sudden-death one. Writes the budget's log line.
 double timeBudget(double timeLeft, double increment, int movesToGo, double overhead);
 
-// The whole command: reads the line, sets nodeLimit and pondering, and runs
+// The whole command: reads the line, sets the node limit and pondering, and runs
 // the search on the current record of the game.
 void goCommand(char** tokens, int count);

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <strings.h>
 
-#include "eval/tables.h"
+#include "eval/evaluate.h"
 #include "search/book.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
@@ -45,6 +45,12 @@ const EngineOption* findOption(const EngineOption* table, const char* name) {
 }
 
 }  // namespace
+
+void rebuildEvaluation() {
+  initEvaluation();
+  hashClear();
+  clearEvaluationCaches(evalCaches);
+}
 
 void readOptionText(char** tokens, int count, OptionText& text) {
   for (char* t : {text.optionName, text.optionValue}) {
@@ -102,7 +108,7 @@ void setoptionCommand(char** tokens, int count) {
     // no setting can make a draw outweigh a mate or a margin overflow; the
     // uci answer shows the value in force.
     options.*row->value = std::clamp(toInteger(value), row->minimum, row->maximum);
-    initEvaluation();
+    rebuildEvaluation();
     buildReductionTables();
     return;
   }
@@ -115,7 +121,7 @@ void setoptionCommand(char** tokens, int count) {
       std::printf("info string %s not recognized as checkbox argument\n", value);
       std::fflush(stdout);
     }
-    initEvaluation();
+    rebuildEvaluation();
     return;
   }
   if (std::strcmp(name, "hash") == 0) {
@@ -137,7 +143,7 @@ void setoptionCommand(char** tokens, int count) {
       std::printf("info string no memory for a hash table of %d meg, Hash tables stay OFF\n", asked);
     }
     // Like every other setting, a new size starts the search from empty caches.
-    clearEvaluationCaches();
+    clearEvaluationCaches(evalCaches);
     std::fflush(stdout);
     return;
   }

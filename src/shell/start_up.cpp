@@ -14,11 +14,12 @@
 #include "base/log.h"
 #include "base/options.h"
 #include "base/platform.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 #include "shell/self_test.h"
 #include "base/three_file_mask.h"
 #include "shell/uci.h"
 #include "shell/version.h"
+#include "shell/setoption.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ void allocateStartTable() {
 }
 
 [[noreturn]] void runUciMode(BookOpening opening) {
-  initEvaluation();
+  rebuildEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
   // A missing default book goes unsaid; one that is there but unreadable is told.
   if (opening == BookOpening::Unreadable) sayBookUnreadable();
@@ -39,8 +40,9 @@ void allocateStartTable() {
 }
 
 int runSelfTestMode() {
-  batchMode = 1;
-  initEvaluation();
+  searchLimits.batchMode = 1;
+  searchLimits.serveInput = uciPoll;
+  rebuildEvaluation();
   startInputReader();
   allocateStartTable();
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
@@ -48,8 +50,9 @@ int runSelfTestMode() {
 }
 
 int runMakeTestDataMode() {
-  batchMode = 1;
-  initEvaluation();
+  searchLimits.batchMode = 1;
+  searchLimits.serveInput = uciPoll;
+  rebuildEvaluation();
   startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
   allocateStartTable();

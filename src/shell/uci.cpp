@@ -10,7 +10,7 @@
 #include "base/log.h"
 #include "base/options.h"
 #include "shell/position_command.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/version.h"
@@ -60,12 +60,12 @@ bool uciPoll() {
 
   // Once a stop has been read, the unwinding search takes no further line:
   // what the client sent after it waits for the main loop.
-  if (searchRunning && stopSearch) return false;
+  if (searchRunning && searchLimits.stop) return false;
   InputSlot* slot = takeInputLine(inputRing);
   if (!slot) {
     // At the end of input a search that only a command can end is stopped,
     // so that it prints its bestmove and the engine can finish.
-    if (searchRunning && (searchNeedsCommand || pondering) && inputFinished(inputRing)) stopSearch = 1;
+    if (searchRunning && (searchNeedsCommand || searchLimits.pondering) && inputFinished(inputRing)) stopTheSearch();
     return false;
   }
   if (slot->dropped) {
@@ -105,13 +105,15 @@ bool uciPoll() {
       break;
     case hashGo:
       if (refusedDuringSearch("go")) break;
+      // The search comes back here through its polls, for stop and ponderhit.
+      searchLimits.serveInput = uciPoll;
       goCommand(tokens, count);
       break;
     case hashStop:
-      stopSearch = 1;
+      stopTheSearch();
       break;
     case hashPonderHit:
-      pondering = 0;
+      searchLimits.pondering = 0;
       break;
     case hashQuit:
       quitEngine();

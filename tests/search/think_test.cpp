@@ -10,7 +10,7 @@
 #include "search/draws.h"
 #include "search/hash_table.h"
 #include "search/search.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 #include "shell/self_test.h"
 
 namespace {
@@ -25,9 +25,9 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
   hashAllocate(64);
   for (int row : {3, 26, 42, 43, 48}) {
     char fen[160];
-    batchMode = 1;
+    searchLimits.batchMode = 1;
     searchTestRow(row, fen);
-    batchMode = 0;
+    searchLimits.batchMode = 0;
     options.deterministic = 0;
     int move = 0, score = 0;
     unsigned long long nodes = 0;
@@ -44,18 +44,18 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
   testboard::useEvaluationTables();
   struct Case { int32_t percent; double goal; bool exactTime; double hard; };
   const Case cases[] = {{500, 0.2, false, 1.0}, {135, 2.0, false, 2.7}, {500, 0.28, true, 0.28}};
-  const int32_t savedPercent = hardTimePercent;
+  const int32_t savedPercent = searchLimits.hardTimePercent;
   for (const Case& c : cases) {
-    hardTimePercent = c.percent;
+    searchLimits.hardTimePercent = c.percent;
     Position root = testboard::rootPosition("4k3/8/8/8/8/8/4P3/4K3 w - -");
     char moves[1] = "";
-    batchMode = 1;
+    searchLimits.batchMode = 1;
     think(root, c.goal, 1, moves, c.exactTime);
-    batchMode = 0;
+    searchLimits.batchMode = 0;
     options.deterministic = 0;
-    EXPECT_NEAR(hardTimeLimit - searchStartTime, c.hard, 1e-9) << c.percent << " " << c.goal;
+    EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
   }
-  hardTimePercent = savedPercent;
+  searchLimits.hardTimePercent = savedPercent;
 }
 
 TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
@@ -72,10 +72,10 @@ TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
 
 TEST(SearchLimits, TheDeepestPlyGivesTheStaticValueOrInCheckTheDrawValue) {
   testboard::useEvaluationTables();
-  stopSearch = 0;
+  clearTheStop();
   Move line[lineLength] = {};
   Position quiet = testboard::rootPosition("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq -");
-  const int staticValue = evaluate(quiet);
+  const int staticValue = evaluate(quiet, evalCaches);
   EXPECT_EQ(searchNode(quiet, 50, 12, maxSearchPly, line, 0, 0), staticValue);
   EXPECT_EQ(searchPv(quiet, -200, 200, 12, maxSearchPly, line), staticValue);
   EXPECT_EQ(searchQuiet(quiet, -200, 200, 0, maxSearchPly, line), staticValue);

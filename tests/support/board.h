@@ -12,10 +12,11 @@
 
 #include "board/fen.h"
 #include "base/types.h"
-#include "eval/piece_square.h"
-#include "eval/score_pair.h"
+#include "board/piece_square.h"
+#include "base/score_pair.h"
 #include "eval/tables.h"
 #include "base/options.h"
+#include "shell/setoption.h"
 
 namespace testboard {
 
@@ -43,7 +44,7 @@ inline Position rootPosition(const char* fen) {
 
 inline void useEvaluationTables(int32_t aggressiveness = 6) {
   options.kingSafetyAggressiveness = aggressiveness;
-  initEvaluation();
+  rebuildEvaluation();
 }
 
 // The same position with the colours exchanged: ranks turned over, pieces,
