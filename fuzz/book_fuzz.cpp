@@ -18,7 +18,7 @@
 #include "board/queries.h"
 #include "harness.h"
 #include "moves/generate.h"
-#include "search/book.h"
+#include "book/book.h"
 #include "base/options.h"
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include "eval/tables.h"
 #include "moves/picker.h"
-#include "search/book.h"
+#include "book/book.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
 #include "shell/go_command.h"

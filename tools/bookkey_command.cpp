@@ -6,7 +6,7 @@
 
 #include "board/fen.h"
 #include "commands.h"
-#include "search/book.h"
+#include "book/book.h"
 
 int bookKeyCommand(int argc, char** argv) {
   if (argc < 1) {

@@ -16,7 +16,6 @@
 #include "base/options.h"
 #include "base/platform.h"
 #include "search/limits.h"
-#include "shell/tokenise.h"
 
 RootMove rootMoves[256];
 int rootMoveCount = 0;
@@ -53,24 +52,20 @@ void buildRootMoves(const Position& position) {
   nodeCounter.nodes = 0;
 }
 
-bool isAllowed(const char* text, char* const* tokens, int tokenCount) {
-  for (int i = 0; i < tokenCount; ++i)
-    if (std::strcmp(text, tokens[i]) == 0) return true;
+bool isAllowed(Move move, const RootMoveList& allowed) {
+  for (int i = 0; i < allowed.count; ++i)
+    if (allowed.moves[i] == move) return true;
   return false;
 }
 
 }  // namespace
 
-int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const char* allowedMoves,
+int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   if (searchLimits.stop) return 0;
   position.pvPly = 0;
   position.horizonExtensions = 0;
   position.extensionRemainder = 0;
-  static char allowedCopy[moveListCapacity];
-  static char* tokens[moveListCapacity / 2 + 1];
-  std::snprintf(allowedCopy, sizeof allowedCopy, "%s", allowedMoves);
-  const int tokenCount = tokenise(allowedCopy, tokens);
 
   const int halfDepth = depth >> 1;
   const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchLimits.startTime > 0.25;
@@ -95,7 +90,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
     makeMove(position, rootChild, move);
     const uint64_t nodesBefore = nodeCounter.nodes;
     moveToText(move, text);
-    if (!isAllowed(text, tokens, tokenCount)) continue;
+    if (!isAllowed(move, allowed)) continue;
     if (kingAttacked(rootChild, us)) continue;
     rootChild.inCheck = kingAttacked(rootChild, them);
     ++moveNumber;

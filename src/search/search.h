@@ -24,7 +24,9 @@ struct RootMove {
 extern RootMove rootMoves[256];
 extern int rootMoveCount;
 
-int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const char* allowedMoves,
+struct RootMoveList;
+
+int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes);
 
 // Counts an entry of a search and, every 256 entries once the first iteration

@@ -13,7 +13,6 @@
 #include "board/piece_square.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
-#include "search/book.h"
 #include "search/hash_table.h"
 #include "search/playable_line.h"
 #include "search/reductions.h"
@@ -52,25 +51,18 @@ double elapsedSince(double start) {
   return elapsed > 0.0 ? elapsed : 0.0;
 }
 
-// Takes the text of move out of a blank-separated list; false if nothing is left.
-bool removeFromList(char* list, Move move) {
-  char text[8];
-  moveToText(move, text);
-  char rebuilt[moveListCapacity] = "";
-  size_t used = 0;
-  char* save = nullptr;
-  for (char* token = strtok_r(list, " ", &save); token; token = strtok_r(nullptr, " ", &save)) {
-    if (std::strcmp(token, text) == 0) continue;
-    used += std::snprintf(rebuilt + used, sizeof rebuilt - used, "%s ", token);
-    if (used >= sizeof rebuilt) break;
-  }
-  std::snprintf(list, moveListCapacity, "%s", rebuilt);
-  return rebuilt[0] != 0;
+// Takes move out of the list; false if nothing is left.
+bool removeFromList(RootMoveList& list, Move move) {
+  int kept = 0;
+  for (int i = 0; i < list.count; ++i)
+    if (list.moves[i] != move) list.moves[kept++] = list.moves[i];
+  list.count = kept;
+  return kept != 0;
 }
 
 // Re-searches a failed aspiration window until the value lies inside it, or
 // falls back to the full window when it fails on the side that was reopened.
-int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const char* list,
+int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
                   uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   const bool failedHigh = value >= window.beta;
   if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
@@ -137,7 +129,10 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
   searchReport.lastShownMove = shown[0];
 }
 
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime) {
+int think(Position& root, const ThinkRequest& request) {
+  const double goalSeconds = request.goalSeconds;
+  const int maxDepth = request.maxDepth;
+  const bool exactTime = request.exactTime;
   // Preparation.
   if (searchLimits.batchMode) options.deterministic = 1;
   searchLimits.pollingHeld = 1;
@@ -148,21 +143,18 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
   std::memset(killer1, 0, sizeof killer1);
   std::memset(killer2, 0, sizeof killer2);
 
-  static char legalMoves[moveListCapacity];
-  if (moveList[0] == 0) {
+  RootMoveList allowed;
+  if (request.restricted) {
+    allowed = request.allowed;
+  } else {
     Move list[maxGeneratedMoves];
     int count = generateAllMoves(root, list);
-    size_t used = 0;
-    legalMoves[0] = 0;
     Position scratch;
-    char text[8];
     for (int i = 0; i < count; ++i) {
       makeMove(root, scratch, list[i]);
       if (kingAttacked(scratch, sideToMove(root))) continue;
-      moveToText(list[i], text);
-      used += std::snprintf(legalMoves + used, sizeof legalMoves - used, "%s ", text);
+      allowed.moves[allowed.count++] = list[i];
     }
-    moveList = legalMoves;
   }
 
   const bool freshTables = firstSearchPending || options.deterministic;
@@ -195,10 +187,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
   logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
   logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
 
-  static char fullMoveList[moveListCapacity];
-  static char workingList[moveListCapacity];
   static char lineText[lineLength * 6 + 1];
-  std::snprintf(fullMoveList, sizeof fullMoveList, "%s", moveList);
   double bestMoveShare = 0.5;
   Move bestLine[lineLength] = {};
   Move playable[lineLength];
@@ -210,9 +199,8 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     uint64_t firstMoveNodes = 0;
     uint64_t otherMoveNodes = 0;
     if (depth == 1) {
-      Move bookMove = probeBook(root);
-      if (bookMove) {
-        bestLine[0] = bookMove;
+      if (request.bookMove) {
+        bestLine[0] = request.bookMove;
         bestLine[1] = 0;
         score = 0;
         break;
@@ -222,7 +210,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     }
     if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
 
-    std::snprintf(workingList, sizeof workingList, "%s", fullMoveList);
+    RootMoveList working = allowed;
     int lines = 0;
     uint64_t iterationNodes = 0;
     while (lines < options.multiPv) {
@@ -235,8 +223,8 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
         alpha = s1 - delta > -32001 ? s1 - delta : -32001;
         beta = s1 + delta < 32001 ? s1 + delta : 32001;
       }
-      int value = searchRoot(root, 2 * depth, alpha, beta, bestLine, workingList, &firstMoveNodes, &otherMoveNodes);
-      value = resolveWindow(root, 2 * depth, {alpha, beta}, value, bestLine, workingList, &firstMoveNodes,
+      int value = searchRoot(root, 2 * depth, alpha, beta, bestLine, working, &firstMoveNodes, &otherMoveNodes);
+      value = resolveWindow(root, 2 * depth, {alpha, beta}, value, bestLine, working, &firstMoveNodes,
                             &otherMoveNodes);
       scoreByDepth[depth] = value;
       moveByDepth[depth] = bestLine[0];
@@ -265,7 +253,7 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
       rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
       ++lines;
       if (searchLimits.stop) break;
-      if (!removeFromList(workingList, bestLine[0])) break;
+      if (!removeFromList(working, bestLine[0])) break;
       if (depth == 1) break;  // the first iteration has one line
     }
 

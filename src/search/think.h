@@ -4,9 +4,23 @@
 #include <cstdint>
 
 #include "base/types.h"
+#include "moves/generate.h"
 
-// Room for a blank-separated list of move texts.
-constexpr int moveListCapacity = 4096;
+// The moves a search may choose among at the root.
+struct RootMoveList {
+  Move moves[maxGeneratedMoves];
+  int count = 0;
+};
+
+// What the shell asks of one search.
+struct ThinkRequest {
+  double goalSeconds = 0.0;
+  int maxDepth = 1;
+  bool exactTime = false;   // spend goalSeconds whole and never more (a fixed time per move)
+  bool restricted = false;  // only the moves of allowed (searchmoves); else every legal move
+  RootMoveList allowed;
+  Move bookMove = 0;        // the opening book's answer: played without a search
+};
 
 extern int32_t goalReached;
 extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
@@ -24,11 +38,8 @@ extern int32_t depthScore[32];
 extern Move depthMove[32];
 
 // Searches root to maxDepth iterations or until the clock says stop, and
-// prints bestmove (not in batch mode). moveList holds the moves to search,
-// blank-separated; empty means all legal moves. With exactTime the search
-// spends goalSeconds whole and never more (a fixed time per move). Returns
-// the final score.
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime = false);
+// prints bestmove (not in batch mode). Returns the final score.
+int think(Position& root, const ThinkRequest& request);
 
 struct AspirationWindow {
   int alpha;

@@ -6,7 +6,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "book/book.h"
 #include "search/think.h"
+#include "shell/tokenise.h"
 #include "shell/game.h"
 #include "base/log.h"
 #include "base/options.h"
@@ -148,6 +153,30 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
   }
 }
 
+// The legal moves of root whose texts the list names, in the order the
+// generator gives them; a text that names no legal move is left out.
+void readSearchMoves(const Position& root, const char* texts, RootMoveList& allowed) {
+  char copy[searchMovesCapacity];
+  std::snprintf(copy, sizeof copy, "%s", texts);
+  char* words[searchMovesCapacity / 2 + 1];
+  const int wordCount = tokenise(copy, words);
+  Move list[maxGeneratedMoves];
+  const int count = generateAllMoves(root, list);
+  Position child;
+  char text[8];
+  allowed.count = 0;
+  for (int i = 0; i < count; ++i) {
+    makeMove(root, child, list[i]);
+    if (kingAttacked(child, sideToMove(root))) continue;
+    moveToText(list[i], text);
+    for (int w = 0; w < wordCount; ++w)
+      if (std::strcmp(words[w], text) == 0) {
+        allowed.moves[allowed.count++] = list[i];
+        break;
+      }
+  }
+}
+
 SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
   if (request.depth > 0 || request.infiniteSearch)
     return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth, false};
@@ -172,9 +201,22 @@ void goCommand(char** tokens, int count) {
   Position& root = gameStack[gameLength];
   SearchPlan plan = planSearch(request, sideToMove(root), options.moveOverheadMs * 0.001);
 
+  ThinkRequest search;
+  search.goalSeconds = plan.goal;
+  search.maxDepth = plan.maxDepth;
+  search.exactTime = plan.exactTime;
+  if (request.searchMoves[0]) {
+    search.restricted = true;
+    readSearchMoves(root, request.searchMoves, search.allowed);
+  }
+  // The stop of the last search is cleared first, so that the moves the book
+  // probe makes are counted as they always were.
+  clearTheStop();
+  search.bookMove = probeBook(root);
+
   searchRunning = 1;
   searchNeedsCommand = request.infiniteSearch;
-  think(root, plan.goal, plan.maxDepth, request.searchMoves, plan.exactTime);
+  think(root, search);
   searchRunning = 0;
   searchNeedsCommand = 0;
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "board/fen.h"
+#include "book/book.h"
 #include "search/think.h"
 #include "base/engine_exit.h"
 #include "shell/tokenise.h"
@@ -75,8 +76,11 @@ constexpr double searchGoal = 31622400.0;  // a year: time never ends these sear
 void searchBatchPosition(const char* fen, int depth) {
   Position position;
   parseFen(position, fen);
-  char noMoves[1] = "";
-  think(position, searchGoal, depth, noMoves);
+  ThinkRequest request;
+  request.goalSeconds = searchGoal;
+  request.maxDepth = depth;
+  request.bookMove = probeBook(position);
+  think(position, request);
 }
 
 void searchTestRow(int row, char* fen) {

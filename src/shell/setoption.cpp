@@ -9,7 +9,7 @@
 #include <strings.h>
 
 #include "eval/evaluate.h"
-#include "search/book.h"
+#include "book/book.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
 #include "base/log.h"

@@ -6,7 +6,7 @@
 #include <ctime>
 
 #include "eval/tables.h"
-#include "search/book.h"
+#include "book/book.h"
 #include "search/hash_table.h"
 #include "shell/command_line.h"
 #include "base/engine_exit.h"

@@ -48,9 +48,11 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
   for (const Case& c : cases) {
     searchLimits.hardTimePercent = c.percent;
     Position root = testboard::rootPosition("4k3/8/8/8/8/8/4P3/4K3 w - -");
-    char moves[1] = "";
+    ThinkRequest request;
+    request.goalSeconds = c.goal;
+    request.exactTime = c.exactTime;
     searchLimits.batchMode = 1;
-    think(root, c.goal, 1, moves, c.exactTime);
+    think(root, request);
     searchLimits.batchMode = 0;
     options.deterministic = 0;
     EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
