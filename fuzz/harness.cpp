@@ -76,7 +76,7 @@ void resetEngine() {
   // The tables a search learns from start empty, so that an input behaves
   // the same way whatever ran before it.
   hashClear();
-  std::memset(history, 0, sizeof history);
+  mainSearch.history = MoveHistory{};
 
   clearTheStop();
   searchLimits.pondering = 0;

@@ -36,10 +36,10 @@ void printIterations(int depth) {
   std::printf("iter  move    score        nodes   searchNode     searchPv  searchQuiet  passes\n");
   for (int d = 1; d <= depth; ++d) {
     char text[8];
-    moveToText(depthMove[d], text);
+    moveToText(mainSearch.depthMove[d], text);
     const SearchTrace& trace = depthTrace[d];
     std::printf("%4d  %-5s  %6d %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %7" PRIu64 "\n", d, text,
-                depthScore[d], depthNodes[d], trace.nodeEntries, trace.pvEntries, trace.quietEntries,
+                mainSearch.depthScore[d], mainSearch.depthNodes[d], trace.nodeEntries, trace.pvEntries, trace.quietEntries,
                 trace.rootPasses);
   }
 }

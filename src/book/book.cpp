@@ -162,8 +162,11 @@ Move probeBook(const Position& root) {
     char text[8];
   } legal[maxBookMoves];
   int legalCount = 0;
+  // No history: the order of the legal moves only decides which of them are
+  // left out past the 128th.
+  static const MoveHistory noHistory{};
   MovePicker picker;
-  initPicker(picker, root, 0, 0, 0, 0);
+  initPicker(picker, root, noHistory, 0, 0, 0, 0);
   Position scratch;
   for (Move move; (move = nextMove(picker)) != 0;) {
     makeMove(root, scratch, move);

@@ -65,32 +65,32 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 
 }  // namespace
 
-int searchNode(Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
+int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
   // 1. Entry.
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.nodeEntries;
-  const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
-  const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
+  const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
+  const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
   // 2. Drawn material.
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   Move scratch[lineLength] = {};
   // 3. Horizon: a quiet node gets one more ply only if the move that led here
   // threatens something and the score stands just above beta.
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
-      return searchQuiet(position, beta - 1, beta, 0, ply, line);
+      return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
     ++searchTrace.nodeHorizonTests;
-    int value = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
+    int value = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (beta <= value && value < beta + 75) {
       ++searchTrace.nodeHorizonExtensions;
       position.horizonExtensions = 1;
-      return searchNode(position, beta, depth + 2, ply, scratch, 0, noNull);
+      return searchNode(state, position, beta, depth + 2, ply, scratch, 0, noNull);
     }
-    return searchQuiet(position, beta - 1, beta, 0, ply, line);
+    return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
   }
 
   // 4. Hash probe.
@@ -116,7 +116,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
   }
 
@@ -134,7 +134,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   bool nullMoveAllowed = true;
   if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
     ++searchTrace.nodeIidSearches;
-    hashScore = searchNode(position, beta + 5, depth - 8, ply, scratch, 0, 1);
+    hashScore = searchNode(state, position, beta + 5, depth - 8, ply, scratch, 0, 1);
     hashMove = scratch[0];
     if (hashScore < beta + 5) nullMoveAllowed = false, ++searchTrace.nodeIidNullBlocks;
   }
@@ -162,7 +162,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
         if (pieces) {
           ++searchTrace.nullMoveSearches;
           makeMove(position, child, 0);
-          int value = -searchNode(child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
+          int value = -searchNode(state, child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
           if (searchLimits.stop) return 0;
           if (std::abs(value) <= mateThreshold && value >= beta) return ++searchTrace.nullMoveCutoffs, beta;
         }
@@ -175,12 +175,12 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   if (!inCheck) {
     bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
     if (halfDepth == 1) {
-      if (eval < beta - 120 && razorAllowed) return ++searchTrace.razorShallowReturns, searchQuiet(position, beta - 1, beta, 0, ply, scratch);
+      if (eval < beta - 120 && razorAllowed) return ++searchTrace.razorShallowReturns, searchQuiet(state, position, beta - 1, beta, 0, ply, scratch);
     } else if (depth >= 4 && depth <= 9 && std::abs(beta) <= mateThreshold) {
       int target = beta - (120 + 20 * (depth - 2));
       if (eval < target && razorAllowed) {
         ++searchTrace.razorDeepSearches;
-        int value = searchQuiet(position, target - 1, target, 0, ply, scratch);
+        int value = searchQuiet(state, position, target - 1, target, 0, ply, scratch);
         if (searchLimits.stop) return 0;
         if (value < target) return ++searchTrace.razorDeepCutoffs, value;
       }
@@ -193,17 +193,17 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
   int moveCount = 0;
   bool singleReply = false;
   if (inCheck) {
-    initPicker(picker, position, 4, hashMove, 0, 0);
-    singleReply = halfDepth > 6 && countEvasions(position) == 1;
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
+    singleReply = halfDepth > 6 && countEvasions(position, state.history) == 1;
     searchTrace.singleReplyNodes += singleReply ? 1 : 0;
   } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
     // Only captures and checks can lift this node; eval stands as the score to beat.
     ++searchTrace.capturesOnlyNodes;
-    initPicker(picker, position, 2, hashMove, 0, 0);
+    initPicker(picker, position, state.history, 2, hashMove, 0, 0);
     bestScore = eval;
     moveCount = 1;
   } else {
-    initPicker(picker, position, 0, hashMove, killer1[ply], killer2[ply]);
+    initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
   }
 
   // 13. The move loop.
@@ -261,7 +261,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
         int target = hashScore - 20;
         ++searchTrace.nodeSingularTests;
-        int singular = searchNode(position, target, halfDepth, ply, scratch, move, 0);
+        int singular = searchNode(state, position, target, halfDepth, ply, scratch, move, 0);
         if (searchLimits.stop) return 0;
         if (singular < target) extension = 2, ++searchTrace.nodeSingularExtensions;
       }
@@ -303,7 +303,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;
           ++searchTrace.nodeReductions;
-          value = -searchNode(child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
+          value = -searchNode(state, child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
           searched = value < beta;
           searchTrace.nodeReductionResearches += searched ? 0 : 1;
@@ -311,7 +311,7 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
         // 13.15 Full search.
         if (!searched) {
           ++searchTrace.nodeFullSearches;
-          value = -searchNode(child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
+          value = -searchNode(state, child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
         }
       }
@@ -326,8 +326,8 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     line[0] = move;
     line[1] = 0;
     if ((moveClassBits & 5) == 0) {
-      recordKiller(move, ply);
-      creditHistory(triedQuiets, triedCount, triedCount - 1, us, halfDepth);
+      recordKiller(state, move, ply);
+      creditHistory(state.history, triedQuiets, triedCount, triedCount - 1, us, halfDepth);
     }
     break;
   }

@@ -15,17 +15,17 @@
 #include "base/options.h"
 #include "search/limits.h"
 
-int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
+int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.pvEntries;
   // Node parity below counts from the nearest PV node.
   position.pvPly = static_cast<uint8_t>(ply & 0xff);
-  const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
-  const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
+  const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
+  const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   const int us = sideToMove(position);
   const int them = us ^ 1;
@@ -34,8 +34,8 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   // Horizon: extend where the score sits just below beta, or where something
   // hangs or a pawn is about to promote and the score is near the window.
   if (depth < 2) {
-    if (depth < 0 || position.horizonExtensions) return searchQuiet(position, alpha, beta, 0, ply, line);
-    int value = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
+    if (depth < 0 || position.horizonExtensions) return searchQuiet(state, position, alpha, beta, 0, ply, line);
+    int value = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     bool extend;
     if (beta - 99 <= value && value < beta)
       extend = true;
@@ -43,10 +43,10 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       extend = false;
     else
       extend = (position.pieces[them][Pawn] & seventhRank[them]) || worstHanging(position) != 0;
-    if (!extend) return searchQuiet(position, alpha, beta, 0, ply, line);
+    if (!extend) return searchQuiet(state, position, alpha, beta, 0, ply, line);
     position.horizonExtensions += 1;
     ++searchTrace.pvHorizonExtensions;
-    return searchPv(position, alpha, beta, depth + 2, ply, line);
+    return searchPv(state, position, alpha, beta, depth + 2, ply, line);
   }
 
   // Hash probe: never a cut-off here, and only a recent enough move counts.
@@ -61,23 +61,23 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   // Internal iterative deepening with the same window.
   if (hashMove == 0 && depth > 9) {
     ++searchTrace.pvIidSearches;
-    hashScore = searchPv(position, alpha, beta, depth - 4, ply, scratch);
+    hashScore = searchPv(state, position, alpha, beta, depth - 4, ply, scratch);
     if (searchLimits.stop) return 0;
     hashMove = scratch[0];
   }
 
   const int halfDepth = depth >> 1;
   const int singularReference = hashScore - depth / 2;
-  const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position) == 1;
+  const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position, state.history) == 1;
   searchTrace.pvSingleReplyNodes += singleReply ? 1 : 0;
   const Bitboard passers = passerSquares(position);
   const int alphaOnEntry = alpha;
 
   MovePicker picker;
   if (inCheck)
-    initPicker(picker, position, 4, hashMove, 0, 0);
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
   else
-    initPicker(picker, position, 0, hashMove, killer1[ply], killer2[ply]);
+    initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
   int bestScore = -32001;
   int moveCount = 0;
   int bestIndex = -1;
@@ -138,7 +138,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         }
         if (extension <= 3 && move == hashMove && depth > 15) {
           ++searchTrace.pvSingularTests;
-          int singular = searchNode(position, singularReference, depth - 10, ply, scratch, move, 1);
+          int singular = searchNode(state, position, singularReference, depth - 10, ply, scratch, move, 1);
           if (searchLimits.stop) return 0;
           if (singular < singularReference) extension += 2, ++searchTrace.pvSingularExtensions;
         }
@@ -154,7 +154,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       // Search of the move.
       int reduction = pvReduction(newDepth, moveCount);
       if (moveCount == 1) {
-        value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
+        value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
         if (searchLimits.stop) return 0;
       } else {
         // A piece that steps out of a losing exchange is never reduced.
@@ -167,16 +167,16 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;
           ++searchTrace.pvReductions;
-          value = -searchNode(child, -alpha, reduced, ply + 1, scratch, 0, 0);
+          value = -searchNode(state, child, -alpha, reduced, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
           if (value <= alpha) { ++searchTrace.pvReductionFailLows; continue; }
         }
         ++searchTrace.pvZeroWindowSearches;
-        value = -searchNode(child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
+        value = -searchNode(state, child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
         if (searchLimits.stop) return 0;
         if (value > alpha) {
           ++searchTrace.pvResearches;
-          value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
+          value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
           if (searchLimits.stop) return 0;
         }
       }
@@ -192,7 +192,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     }
     bestScore = value;
     if (value >= beta) {
-      if ((moveClassBits & 5) == 0) recordKiller(move, ply);
+      if ((moveClassBits & 5) == 0) recordKiller(state, move, ply);
       break;
     }
   }
@@ -200,7 +200,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   if (searchLimits.stop) return 0;
   if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
   // A PV node teaches the history without a cut-off.
-  if (bestIndex != -1) creditHistory(triedQuiets, triedCount, bestIndex, us, halfDepth);
+  if (bestIndex != -1) creditHistory(state.history, triedQuiets, triedCount, bestIndex, us, halfDepth);
   int16_t storedDepth = static_cast<int16_t>(depth);
   if (bestScore <= alphaOnEntry)
     hashStore(position.hashKey, storedDepth, scoreToStore(bestScore, ply), boundUpper, 0);

@@ -12,14 +12,14 @@
 #include "search/search_trace.h"
 #include "search/limits.h"
 
-int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
+int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   ++searchTrace.quietEntries;
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, evalCaches);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   const bool zeroWindow = beta == alpha + 1;
   Move hashMove = 0;
@@ -36,7 +36,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position, evalCaches) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
     if (depth < -59) return ++searchTrace.quietDepthLimitReturns, eval;
   }
@@ -47,7 +47,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   bool dropQuietMoves = false;
   if (inCheck) {
     // No stand-pat in check: every evasion is tried, however deep.
-    initPicker(picker, position, 4, hashMove, 0, 0);
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
     bestScore = -32001;
     moveCount = 0;
   } else {
@@ -56,10 +56,10 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     bestScore = eval;
     moveCount = 1;
     if (depth == 0 || (!zeroWindow && depth >= -2)) {
-      initPicker(picker, position, 2, hashMove, 0, 0);
+      initPicker(picker, position, state.history, 2, hashMove, 0, 0);
       dropQuietMoves = true;
     } else {
-      initPicker(picker, position, 3, 0, 0, 0);
+      initPicker(picker, position, state.history, 3, 0, 0, 0);
     }
   }
 
@@ -96,7 +96,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
       int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
                           (inCheck ? 4 : 0);
       if (dropQuietMoves && moveClassBits == 0) { ++searchTrace.quietDroppedQuiets; continue; }
-      value = -searchQuiet(child, -beta, -alpha, depth - 2, ply + 1, scratch);
+      value = -searchQuiet(state, child, -beta, -alpha, depth - 2, ply + 1, scratch);
       if (searchLimits.stop) return 0;
       if (value <= bestScore) continue;
     }

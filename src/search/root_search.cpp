@@ -17,37 +17,30 @@
 #include "base/platform.h"
 #include "search/limits.h"
 
-RootMove rootMoves[256];
-int rootMoveCount = 0;
-
 namespace {
-
-// The one record that receives each root move in turn; the searches below
-// build their children on their own stacks.
-Position rootChild;
 
 // Iteration 1: the legal moves, ordered by the piece-square gain of the move
 // (blended by the phase after it) and with losing exchanges put last.
-void buildRootMoves(const Position& position) {
+void buildRootMoves(SearchState& state, const Position& position) {
   const int us = sideToMove(position);
   Move list[maxGeneratedMoves];
   int count = generateAllMoves(position, list);
-  rootMoveCount = 0;
-  for (int i = 0; i < count && rootMoveCount < 256; ++i) {
-    makeMove(position, rootChild, list[i]);
-    if (kingAttacked(rootChild, us)) continue;
-    int phase = rootChild.phase < 96 ? rootChild.phase : 96;
-    int blended = ((96 - phase) * scorePairEnd(rootChild.pstScore) + phase * scorePairOpen(rootChild.pstScore)) / 960;
-    int score = sideToMove(rootChild) == Black ? blended : -blended;
+  state.rootMoveCount = 0;
+  for (int i = 0; i < count && state.rootMoveCount < 256; ++i) {
+    makeMove(position, state.rootChild, list[i]);
+    if (kingAttacked(state.rootChild, us)) continue;
+    int phase = state.rootChild.phase < 96 ? state.rootChild.phase : 96;
+    int blended = ((96 - phase) * scorePairEnd(state.rootChild.pstScore) + phase * scorePairOpen(state.rootChild.pstScore)) / 960;
+    int score = sideToMove(state.rootChild) == Black ? blended : -blended;
     if (exchangeValue(position, list[i], 0) < 0) score -= 500;
-    rootMoves[rootMoveCount++] = {list[i], score, 0};
+    state.rootMoves[state.rootMoveCount++] = {list[i], score, 0};
   }
-  for (int i = 0; i < rootMoveCount; ++i)
-    for (int j = i + 1; j < rootMoveCount; ++j)
-      if (rootMoves[j].score > rootMoves[i].score) {
-        RootMove swap = rootMoves[i];
-        rootMoves[i] = rootMoves[j];
-        rootMoves[j] = swap;
+  for (int i = 0; i < state.rootMoveCount; ++i)
+    for (int j = i + 1; j < state.rootMoveCount; ++j)
+      if (state.rootMoves[j].score > state.rootMoves[i].score) {
+        RootMove swap = state.rootMoves[i];
+        state.rootMoves[i] = state.rootMoves[j];
+        state.rootMoves[j] = swap;
       }
   nodeCounter.nodes = 0;
 }
@@ -60,7 +53,7 @@ bool isAllowed(Move move, const RootMoveList& allowed) {
 
 }  // namespace
 
-int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
+int searchRoot(SearchState& state, Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   if (searchLimits.stop) return 0;
   position.pvPly = 0;
@@ -72,7 +65,7 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   if (searchPollSaysStop()) return 0;
   ++searchTrace.rootPasses;
   line[0] = 0;
-  if (halfDepth == 1) buildRootMoves(position);
+  if (halfDepth == 1) buildRootMoves(state, position);
 
   const int us = sideToMove(position);
   const int them = us ^ 1;
@@ -84,26 +77,26 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   int noReduce = 0;
   Move scratch[lineLength] = {};
   char text[8];
-  for (int i = 0; i < rootMoveCount; ++i) {
+  for (int i = 0; i < state.rootMoveCount; ++i) {
     if (searchLimits.stop) return 0;
-    const Move move = rootMoves[i].move;
-    makeMove(position, rootChild, move);
+    const Move move = state.rootMoves[i].move;
+    makeMove(position, state.rootChild, move);
     const uint64_t nodesBefore = nodeCounter.nodes;
     moveToText(move, text);
     if (!isAllowed(move, allowed)) continue;
-    if (kingAttacked(rootChild, us)) continue;
-    rootChild.inCheck = kingAttacked(rootChild, them);
+    if (kingAttacked(state.rootChild, us)) continue;
+    state.rootChild.inCheck = kingAttacked(state.rootChild, them);
     ++moveNumber;
     if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
-    const int moveClassBits = moveClass(position, rootChild, move);
+    const int moveClassBits = moveClass(position, state.rootChild, move);
 
     if (position.inCheck) ++noReduce;
     int extension = 0;
-    if (rootChild.inCheck) {
+    if (state.rootChild.inCheck) {
       ++noReduce;
       extension = 4;
     }
-    if (rootChild.movedPiece == Pawn) {
+    if (state.rootChild.movedPiece == Pawn) {
       if (passers & squareBit(moveTo(move))) {
         ++noReduce;
         extension += 4;
@@ -113,38 +106,38 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
       noReduce = 1;
       extension += 2;
     }
-    int carried = extension + rootChild.extensionRemainder;
-    rootChild.extensionRemainder = static_cast<uint8_t>(carried & 1);
+    int carried = extension + state.rootChild.extensionRemainder;
+    state.rootChild.extensionRemainder = static_cast<uint8_t>(carried & 1);
     const int childDepth = depth + (carried >> 1) - 2;
 
     int value;
     if (moveNumber == 1) {
-      value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
+      value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
       if (searchLimits.stop) return 0;
     } else {
       if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
-          rootChild.capturedPiece == 0 && bestScore >= -31900) {
+          state.rootChild.capturedPiece == 0 && bestScore >= -31900) {
         ++searchTrace.rootReductions;
-        int reduced = -searchNode(rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
+        int reduced = -searchNode(state, state.rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
         if (searchLimits.stop) return 0;
         if (reduced <= alpha) { ++searchTrace.rootReductionFailLows; continue; }
       }
-      value = -searchNode(rootChild, -alpha, childDepth, 1, scratch, 0, 0);
+      value = -searchNode(state, state.rootChild, -alpha, childDepth, 1, scratch, 0, 0);
       if (searchLimits.stop) return 0;
       if (value > alpha) {
         ++searchTrace.rootResearches;
-        value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
+        value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
         if (searchLimits.stop) return 0;
       }
     }
-    rootMoves[i].nodes = nodeCounter.nodes - nodesBefore;
+    state.rootMoves[i].nodes = nodeCounter.nodes - nodesBefore;
     if (searchLimits.stop) return 0;
 
     if (value > bestScore) {
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
+      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(state, position, halfDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;
@@ -153,15 +146,15 @@ int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, c
   if (searchLimits.stop) return 0;
 
   // The best move of each pass goes first, the others keep their order.
-  for (int i = 0; i < rootMoveCount; ++i) {
-    if (rootMoves[i].move != line[0]) continue;
-    RootMove best = rootMoves[i];
-    for (int j = i; j > 0; --j) rootMoves[j] = rootMoves[j - 1];
-    rootMoves[0] = best;
+  for (int i = 0; i < state.rootMoveCount; ++i) {
+    if (state.rootMoves[i].move != line[0]) continue;
+    RootMove best = state.rootMoves[i];
+    for (int j = i; j > 0; --j) state.rootMoves[j] = state.rootMoves[j - 1];
+    state.rootMoves[0] = best;
     break;
   }
   if (moveNumber == 0) bestScore = position.inCheck ? -mateScore : 0;
-  if (rootMoveCount > 0) *firstMoveNodes += rootMoves[0].nodes;
-  for (int i = 1; i < rootMoveCount; ++i) *otherMoveNodes += rootMoves[i].nodes;
+  if (state.rootMoveCount > 0) *firstMoveNodes += state.rootMoves[0].nodes;
+  for (int i = 1; i < state.rootMoveCount; ++i) *otherMoveNodes += state.rootMoves[i].nodes;
   return bestScore;
 }

@@ -7,6 +7,7 @@
 #include "board/queries.h"
 #include "base/types.h"
 #include "search/hash_table.h"
+#include "search/search_state.h"
 
 // Piece code of colour's piece on s, pawn first; 0 if none.
 inline int pieceCodeOn(const Position& position, int colour, Square s) {
@@ -46,7 +47,7 @@ struct TriedQuiet {
 
 // Credits the history with a node's quiet moves: all of them were tried, the
 // one at bestIndex succeeded. Counters are halved to keep them recent.
-void creditHistory(const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth);
+void creditHistory(MoveHistory& history, const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth);
 
 // A quiet move that cut off becomes the newest killer of its ply.
-void recordKiller(Move move, int ply);
+void recordKiller(SearchState& state, Move move, int ply);

@@ -23,28 +23,10 @@
 #include "base/platform.h"
 #include "search/limits.h"
 
-int32_t goalReached = 0;
-int32_t firstSearchPending = 1;
-SearchReport searchReport;
-double depthTime[32];
-uint64_t depthNodes[32];
-int32_t depthScore[32];
-Move depthMove[32];
+SearchState mainSearch{.caches = &evalCaches};
 
 namespace {
 
-constexpr int maxIterations = 99;  // go clips its depth to this
-
-struct PvRow {
-  int32_t score;
-  int32_t timeMs;
-  Move line[lineLength];
-};
-
-// Moves of the current search, kept between iterations.
-PvRow rows[maxIterations + 1];
-int32_t scoreByDepth[maxIterations + 1];
-Move moveByDepth[maxIterations + 1];
 
 double elapsedSince(double start) {
   double elapsed = clock(wholeSecondClock) - start;
@@ -62,16 +44,16 @@ bool removeFromList(RootMoveList& list, Move move) {
 
 // Re-searches a failed aspiration window until the value lies inside it, or
 // falls back to the full window when it fails on the side that was reopened.
-int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
+int resolveWindow(SearchState& state, Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
                   uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   const bool failedHigh = value >= window.beta;
   if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
   for (;;) {
     window = widenWindow(window, value);
-    value = searchRoot(root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
+    value = searchRoot(state, root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
     if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
     bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
-    if (reopenedSideFailed) return searchRoot(root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
+    if (reopenedSideFailed) return searchRoot(state, root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
   }
 }
 
@@ -112,7 +94,7 @@ void scoreToText(int score, char* text) {
   }
 }
 
-void printIterationLine(const Position& root, int depth, int score, const Move* line) {
+void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line) {
   double elapsed = elapsedSince(searchLimits.startTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
@@ -126,22 +108,22 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
               static_cast<int>(1000 * elapsed), nodeCounter.nodes, scoreText, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
               lineText);
   std::fflush(stdout);
-  searchReport.lastShownMove = shown[0];
+  state.lastShownMove = shown[0];
 }
 
-int think(Position& root, const ThinkRequest& request) {
+int think(SearchState& state, Position& root, const ThinkRequest& request) {
   const double goalSeconds = request.goalSeconds;
   const int maxDepth = request.maxDepth;
   const bool exactTime = request.exactTime;
   // Preparation.
   if (searchLimits.batchMode) options.deterministic = 1;
   searchLimits.pollingHeld = 1;
-  goalReached = 0;
+  bool goalReached = false;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
   clearTheStop();
   searchTrace = SearchTrace{};
-  std::memset(killer1, 0, sizeof killer1);
-  std::memset(killer2, 0, sizeof killer2);
+  std::memset(state.killer1, 0, sizeof state.killer1);
+  std::memset(state.killer2, 0, sizeof state.killer2);
 
   RootMoveList allowed;
   if (request.restricted) {
@@ -157,9 +139,9 @@ int think(Position& root, const ThinkRequest& request) {
     }
   }
 
-  const bool freshTables = firstSearchPending || options.deterministic;
+  const bool freshTables = state.firstSearchPending || options.deterministic;
   if (freshTables) {
-    std::memset(history, 0, sizeof history);
+    state.history = MoveHistory{};
     buildReductionTables();
   }
   for (int i = 0; i < 20; ++i) hangingMargin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
@@ -167,7 +149,7 @@ int think(Position& root, const ThinkRequest& request) {
   if (options.hashSizeMb != 0) {
     if (freshTables) {
       hashClear();
-      firstSearchPending = 0;
+      state.firstSearchPending = 0;
     }
     hashAdvanceAge();
   }
@@ -181,7 +163,7 @@ int think(Position& root, const ThinkRequest& request) {
     searchLimits.hardTimeLimit = searchLimits.startTime + goalSeconds;
     softLimit = searchLimits.hardTimeLimit;
   }
-  searchReport = SearchReport{};
+  state.lastShownMove = 0;
 
   logBoard(root);
   logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
@@ -217,17 +199,17 @@ int think(Position& root, const ThinkRequest& request) {
       int alpha = -32001;
       int beta = 32001;
       if (depth > 4 && options.multiPv == 1) {
-        int s1 = scoreByDepth[depth - 1], s2 = scoreByDepth[depth - 2], s3 = scoreByDepth[depth - 3];
+        int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
         int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
         if (delta < 16) delta = 16;
         alpha = s1 - delta > -32001 ? s1 - delta : -32001;
         beta = s1 + delta < 32001 ? s1 + delta : 32001;
       }
-      int value = searchRoot(root, 2 * depth, alpha, beta, bestLine, working, &firstMoveNodes, &otherMoveNodes);
-      value = resolveWindow(root, 2 * depth, {alpha, beta}, value, bestLine, working, &firstMoveNodes,
+      int value = searchRoot(state, root, 2 * depth, alpha, beta, bestLine, working, &firstMoveNodes, &otherMoveNodes);
+      value = resolveWindow(state, root, 2 * depth, {alpha, beta}, value, bestLine, working, &firstMoveNodes,
                             &otherMoveNodes);
-      scoreByDepth[depth] = value;
-      moveByDepth[depth] = bestLine[0];
+      state.scoreByDepth[depth] = value;
+      state.moveByDepth[depth] = bestLine[0];
 
       ++otherMoveNodes;
       double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
@@ -236,7 +218,7 @@ int think(Position& root, const ThinkRequest& request) {
       // A stable best move that took nearly all the nodes lets the search
       // stop early; a change of mind gives it more time.
       if (depth > 4 && !searchLimits.stop && !exactTime) {
-        if (bestLine[0] == moveByDepth[depth - 1]) {
+        if (bestLine[0] == state.moveByDepth[depth - 1]) {
           double percent = (102 - 100 * bestMoveShare) * 2.5;
           softLimit = searchLimits.startTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
         } else {
@@ -245,12 +227,12 @@ int think(Position& root, const ThinkRequest& request) {
         }
       }
       if (!searchLimits.stop) {
-        rows[lines].score = value;
-        copyLine(rows[lines].line, bestLine);
+        state.rows[lines].score = value;
+        copyLine(state.rows[lines].line, bestLine);
         if (lines + 1 > filledRows) filledRows = lines + 1;
       }
       iterationNodes = nodeCounter.nodes;
-      rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
+      state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
       ++lines;
       if (searchLimits.stop) break;
       if (!removeFromList(working, bestLine[0])) break;
@@ -261,25 +243,25 @@ int think(Position& root, const ThinkRequest& request) {
     int shown = lines < filledRows ? lines : filledRows;
     for (int i = 0; i < shown; ++i)
       for (int j = i + 1; j < shown; ++j)
-        if (rows[j].score > rows[i].score) {
-          PvRow swap = rows[i];
-          rows[i] = rows[j];
-          rows[j] = swap;
+        if (state.rows[j].score > state.rows[i].score) {
+          PvRow swap = state.rows[i];
+          state.rows[i] = state.rows[j];
+          state.rows[j] = swap;
         }
     for (int i = 0; i < shown; ++i) {
       if (options.multiPv > 1) {
-        playableLine(root, rows[i].line, playable);
+        playableLine(root, state.rows[i].line, playable);
         pvToText(playable, lineText);
-        if (i == 0) searchReport.lastShownMove = playable[0];
+        if (i == 0) state.lastShownMove = playable[0];
         std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
-                    rows[i].score, depth, rows[i].timeMs, iterationNodes,
-                    static_cast<uint64_t>(iterationNodes / (rows[i].timeMs * 0.001 + 0.0001)), lineText);
+                    state.rows[i].score, depth, state.rows[i].timeMs, iterationNodes,
+                    static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), lineText);
         std::fflush(stdout);
       }
     }
 
-    copyLine(bestLine, rows[0].line);
-    score = rows[0].score;
+    copyLine(bestLine, state.rows[0].line);
+    score = state.rows[0].score;
     if (searchLimits.stop) {
       logPrintf("search aborted\n");
       break;
@@ -295,17 +277,17 @@ int think(Position& root, const ThinkRequest& request) {
               score * 0.01, lineText);
     if (searchLimits.batchMode) {
       if (depth < 32) {
-        depthTime[depth] = elapsed;
-        depthNodes[depth] = nodes;
-        depthScore[depth] = score;
-        depthMove[depth] = bestLine[0];
+        state.depthTime[depth] = elapsed;
+        state.depthNodes[depth] = nodes;
+        state.depthScore[depth] = score;
+        state.depthMove[depth] = bestLine[0];
         depthTrace[depth] = searchTrace;
       }
     } else {
-      printIterationLine(root, depth, score, bestLine);
+      printIterationLine(state, root, depth, score, bestLine);
     }
 
-    if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = 1;
+    if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = true;
     if (!searchLimits.pondering && goalReached) break;
     if (std::abs(score) > 31799) break;
     if (depth >= maxDepth) break;
@@ -336,8 +318,8 @@ int think(Position& root, const ThinkRequest& request) {
   char ponderText[8] = "";
   if (playable[0]) moveToText(playable[0], bestText);
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
-  if (searchReport.lastShownMove != 0 && searchReport.lastShownMove != playable[0])
-    printIterationLine(root, finishedDepth, score, bestLine);
+  if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
+    printIterationLine(state, root, finishedDepth, score, bestLine);
   std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   if (ponderText[0]) {

@@ -5,6 +5,7 @@
 
 #include "base/types.h"
 #include "moves/generate.h"
+#include "search/search_state.h"
 
 // The moves a search may choose among at the root.
 struct RootMoveList {
@@ -22,24 +23,11 @@ struct ThinkRequest {
   Move bookMove = 0;        // the opening book's answer: played without a search
 };
 
-extern int32_t goalReached;
-extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
 
-// What the client has been shown of the running search.
-struct SearchReport {
-  Move lastShownMove;  // first move of the last line printed; 0 before any
-};
-extern SearchReport searchReport;
-
-// Results of each iteration, kept only in batch mode.
-extern double depthTime[32];
-extern uint64_t depthNodes[32];
-extern int32_t depthScore[32];
-extern Move depthMove[32];
 
 // Searches root to maxDepth iterations or until the clock says stop, and
 // prints bestmove (not in batch mode). Returns the final score.
-int think(Position& root, const ThinkRequest& request);
+int think(SearchState& state, Position& root, const ThinkRequest& request);
 
 struct AspirationWindow {
   int alpha;
@@ -61,4 +49,4 @@ void scoreToText(int score, char* text);
 
 // The info line of a finished iteration or of a new best root move; it shows
 // the playable part of line from root.
-void printIterationLine(const Position& root, int depth, int score, const Move* line);
+void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line);

@@ -216,7 +216,7 @@ void goCommand(char** tokens, int count) {
 
   searchRunning = 1;
   searchNeedsCommand = request.infiniteSearch;
-  think(root, search);
+  think(mainSearch, root, search);
   searchRunning = 0;
   searchNeedsCommand = 0;
 }

@@ -80,7 +80,7 @@ void searchBatchPosition(const char* fen, int depth) {
   request.goalSeconds = searchGoal;
   request.maxDepth = depth;
   request.bookMove = probeBook(position);
-  think(position, request);
+  think(mainSearch, position, request);
 }
 
 void searchTestRow(int row, char* fen) {
@@ -98,8 +98,8 @@ int makeTestData() {
   for (int row = 0; row < 50; ++row) {
     char fen[160];
     searchTestRow(row, fen);
-    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(depthMove[testSearchDepth]),
-                depthScore[testSearchDepth], static_cast<int64_t>(depthNodes[testSearchDepth]));
+    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(mainSearch.depthMove[testSearchDepth]),
+                mainSearch.depthScore[testSearchDepth], static_cast<int64_t>(mainSearch.depthNodes[testSearchDepth]));
     std::fflush(stdout);
   }
   std::printf("};\n");
@@ -127,16 +127,16 @@ int runSelfTest() {
       std::memcpy(copy, testFens[row], sizeof copy);
       copy[sizeof copy - 1] = 0;
       int count = tokenise(copy, tokens);
-      bool same = count >= 7 && static_cast<long long>(depthMove[testSearchDepth]) == std::atoll(tokens[4]) &&
-                  static_cast<long long>(depthScore[testSearchDepth]) == std::atoll(tokens[5]) &&
-                  static_cast<long long>(depthNodes[testSearchDepth]) == std::atoll(tokens[6]);
+      bool same = count >= 7 && static_cast<long long>(mainSearch.depthMove[testSearchDepth]) == std::atoll(tokens[4]) &&
+                  static_cast<long long>(mainSearch.depthScore[testSearchDepth]) == std::atoll(tokens[5]) &&
+                  static_cast<long long>(mainSearch.depthNodes[testSearchDepth]) == std::atoll(tokens[6]);
       if (!same) {
         std::printf("Error in position %d - self test failed\n", row);
         return 1;
       }
       for (int depth = 1; depth < testSearchDepth; ++depth) {
-        totalNodes += depthNodes[depth];
-        totalSeconds += depthTime[depth];
+        totalNodes += mainSearch.depthNodes[depth];
+        totalSeconds += mainSearch.depthTime[depth];
       }
       std::printf(".");
       std::fflush(stdout);

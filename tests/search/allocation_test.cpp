@@ -60,7 +60,7 @@ TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   countingAllocations = false;
   searchLimits.batchMode = 0;
   options.deterministic = 0;
-  EXPECT_GT(depthNodes[10], 10000u) << "the searches ran";
+  EXPECT_GT(mainSearch.depthNodes[10], 10000u) << "the searches ran";
   EXPECT_EQ(countedAllocations.load(), 0);
 
   // The counter itself works: a plain allocation is seen.

@@ -32,9 +32,9 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
     int move = 0, score = 0;
     unsigned long long nodes = 0;
     ASSERT_EQ(std::sscanf(testFens[row], "%*s %*s %*s %*s %d %d %llu", &move, &score, &nodes), 3);
-    EXPECT_EQ(static_cast<int>(depthMove[testSearchDepth]), move) << "row " << row;
-    EXPECT_EQ(depthScore[testSearchDepth], score) << "row " << row;
-    EXPECT_EQ(depthNodes[testSearchDepth], nodes) << "row " << row;
+    EXPECT_EQ(static_cast<int>(mainSearch.depthMove[testSearchDepth]), move) << "row " << row;
+    EXPECT_EQ(mainSearch.depthScore[testSearchDepth], score) << "row " << row;
+    EXPECT_EQ(mainSearch.depthNodes[testSearchDepth], nodes) << "row " << row;
   }
 }
 
@@ -52,7 +52,7 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
     request.goalSeconds = c.goal;
     request.exactTime = c.exactTime;
     searchLimits.batchMode = 1;
-    think(root, request);
+    think(mainSearch, root, request);
     searchLimits.batchMode = 0;
     options.deterministic = 0;
     EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
@@ -77,15 +77,15 @@ TEST(SearchLimits, TheDeepestPlyGivesTheStaticValueOrInCheckTheDrawValue) {
   clearTheStop();
   Move line[lineLength] = {};
   Position quiet = testboard::rootPosition("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq -");
-  const int staticValue = evaluate(quiet, evalCaches);
-  EXPECT_EQ(searchNode(quiet, 50, 12, maxSearchPly, line, 0, 0), staticValue);
-  EXPECT_EQ(searchPv(quiet, -200, 200, 12, maxSearchPly, line), staticValue);
-  EXPECT_EQ(searchQuiet(quiet, -200, 200, 0, maxSearchPly, line), staticValue);
+  const int staticValue = evaluate(quiet, *mainSearch.caches);
+  EXPECT_EQ(searchNode(mainSearch, quiet, 50, 12, maxSearchPly, line, 0, 0), staticValue);
+  EXPECT_EQ(searchPv(mainSearch, quiet, -200, 200, 12, maxSearchPly, line), staticValue);
+  EXPECT_EQ(searchQuiet(mainSearch, quiet, -200, 200, 0, maxSearchPly, line), staticValue);
   // Black in check from the bishop on b5: no static value stands in check.
   Position check = testboard::rootPosition("rnbqkbnr/ppp2ppp/3p4/1B2p3/4P3/8/PPPP1PPP/RNBQK1NR b KQkq -");
-  EXPECT_EQ(searchNode(check, 50, 12, maxSearchPly, line, 0, 0), drawValue(maxSearchPly));
-  EXPECT_EQ(searchPv(check, -200, 200, 12, maxSearchPly, line), drawValue(maxSearchPly));
-  EXPECT_EQ(searchQuiet(check, -200, 200, 0, maxSearchPly, line), drawValue(maxSearchPly));
+  EXPECT_EQ(searchNode(mainSearch, check, 50, 12, maxSearchPly, line, 0, 0), drawValue(maxSearchPly));
+  EXPECT_EQ(searchPv(mainSearch, check, -200, 200, 12, maxSearchPly, line), drawValue(maxSearchPly));
+  EXPECT_EQ(searchQuiet(mainSearch, check, -200, 200, 0, maxSearchPly, line), drawValue(maxSearchPly));
 }
 
 }  // namespace
