@@ -69,7 +69,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   // 1. Entry.
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.nodeEntries;
+  traceCount(&SearchTrace::nodeEntries);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
   const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
   // 2. Drawn material.
@@ -83,10 +83,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
       return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
-    ++searchTrace.nodeHorizonTests;
+    traceCount(&SearchTrace::nodeHorizonTests);
     int value = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (beta <= value && value < beta + 75) {
-      ++searchTrace.nodeHorizonExtensions;
+      traceCount(&SearchTrace::nodeHorizonExtensions);
       position.horizonExtensions = 1;
       return searchNode(state, position, beta, depth + 2, ply, scratch, 0, noNull);
     }
@@ -106,7 +106,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       if (depth <= hit->depth) {
         int stored = scoreFromStore(hit->score, ply);
         if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta))
-          return ++searchTrace.nodeHashCutoffs, stored;
+          return traceCount(&SearchTrace::nodeHashCutoffs), stored;
       }
     }
   }
@@ -121,11 +121,11 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   }
 
   // 6. Hopeless node.
-  if (depth <= 7 && !inCheck && eval < beta - 1250) return ++searchTrace.hopelessReturns, eval;
+  if (depth <= 7 && !inCheck && eval < beta - 1250) return traceCount(&SearchTrace::hopelessReturns), eval;
 
   // 7. Winning without counterplay: search it less deeply.
   if (depth >= 4 && !inCheck && eval > 400 && !position.pieces[them][Queen] && !opponentPawnOnSeventh(position, them))
-    depth -= 2, ++searchTrace.winningDepthCuts;
+    depth -= 2, traceCount(&SearchTrace::winningDepthCuts);
 
   // 8.
   const int parity = nodeParity(ply, position);
@@ -133,10 +133,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   // 9. Internal iterative deepening.
   bool nullMoveAllowed = true;
   if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
-    ++searchTrace.nodeIidSearches;
+    traceCount(&SearchTrace::nodeIidSearches);
     hashScore = searchNode(state, position, beta + 5, depth - 8, ply, scratch, 0, 1);
     hashMove = scratch[0];
-    if (hashScore < beta + 5) nullMoveAllowed = false, ++searchTrace.nodeIidNullBlocks;
+    if (hashScore < beta + 5) nullMoveAllowed = false, traceCount(&SearchTrace::nodeIidNullBlocks);
   }
 
   Position child;
@@ -146,11 +146,11 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
     if (nullEval >= beta + 5) {
       if (depth <= 5) {
-        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullMargins, beta;
+        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return traceCount(&SearchTrace::staticNullMargins), beta;
         int hanging = opponentPawnOnSeventh(position, them) ? 15 : -worstHanging(position);
-        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return ++searchTrace.staticNullHanging, beta;
+        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return traceCount(&SearchTrace::staticNullHanging), beta;
       } else {
-        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullDeep, beta;
+        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return traceCount(&SearchTrace::staticNullDeep), beta;
         int reduction;
         if (position.phase < 24)
           reduction = (depth - 8) / 12 + 2 + (nullEval > beta + 220 ? 1 : 0);
@@ -158,13 +158,13 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
           reduction = (depth - 8) / 8 + 3 + (nullEval > beta + 110 ? 1 : 0);
         // Pawns and king alone risk zugzwang: no null move there.
         Bitboard pieces = position.pieces[us][0] & ~position.pieces[us][Pawn] & ~position.pieces[us][King];
-        searchTrace.nullMoveZugzwangSkips += pieces ? 0 : 1;
+        traceCount(&SearchTrace::nullMoveZugzwangSkips, pieces == 0);
         if (pieces) {
-          ++searchTrace.nullMoveSearches;
+          traceCount(&SearchTrace::nullMoveSearches);
           makeMove(position, child, 0);
           int value = -searchNode(state, child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
           if (searchLimits.stop) return 0;
-          if (std::abs(value) <= mateThreshold && value >= beta) return ++searchTrace.nullMoveCutoffs, beta;
+          if (std::abs(value) <= mateThreshold && value >= beta) return traceCount(&SearchTrace::nullMoveCutoffs), beta;
         }
       }
     }
@@ -175,14 +175,14 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   if (!inCheck) {
     bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
     if (halfDepth == 1) {
-      if (eval < beta - 120 && razorAllowed) return ++searchTrace.razorShallowReturns, searchQuiet(state, position, beta - 1, beta, 0, ply, scratch);
+      if (eval < beta - 120 && razorAllowed) return traceCount(&SearchTrace::razorShallowReturns), searchQuiet(state, position, beta - 1, beta, 0, ply, scratch);
     } else if (depth >= 4 && depth <= 9 && std::abs(beta) <= mateThreshold) {
       int target = beta - (120 + 20 * (depth - 2));
       if (eval < target && razorAllowed) {
-        ++searchTrace.razorDeepSearches;
+        traceCount(&SearchTrace::razorDeepSearches);
         int value = searchQuiet(state, position, target - 1, target, 0, ply, scratch);
         if (searchLimits.stop) return 0;
-        if (value < target) return ++searchTrace.razorDeepCutoffs, value;
+        if (value < target) return traceCount(&SearchTrace::razorDeepCutoffs), value;
       }
     }
   }
@@ -195,10 +195,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   if (inCheck) {
     initPicker(picker, position, state.history, 4, hashMove, 0, 0);
     singleReply = halfDepth > 6 && countEvasions(position, state.history) == 1;
-    searchTrace.singleReplyNodes += singleReply ? 1 : 0;
+    traceCount(&SearchTrace::singleReplyNodes, singleReply);
   } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
     // Only captures and checks can lift this node; eval stands as the score to beat.
-    ++searchTrace.capturesOnlyNodes;
+    traceCount(&SearchTrace::capturesOnlyNodes);
     initPicker(picker, position, state.history, 2, hashMove, 0, 0);
     bestScore = eval;
     moveCount = 1;
@@ -226,11 +226,11 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     if (depth <= 7 && !inCheck && !isKiller && moveCount > lateMoveLimit[parity][depth] && kind <= 1 &&
         !(position.pieces[them][0] & squareBit(to)) &&
         !(position.pieces[us][Pawn] & sixthRank[us] & squareBit(from)) && !givesCheck(position, move))
-      { ++searchTrace.lateMovePrunes; continue; }
+      { traceCount(&SearchTrace::lateMovePrunes); continue; }
     // 13.3 Under-promotions only where the knight would check.
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
     // 13.4 Exchange pruning.
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     // 13.5
     if (!makeLegalChild(position, child, move, us)) continue;
@@ -240,7 +240,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     // 13.6 Draw by repetition: not searched.
     if (repetitionDraw(child)) {
       value = drawValue(ply);
-      ++searchTrace.nodeRepetitions;
+      traceCount(&SearchTrace::nodeRepetitions);
       if (searchLimits.stop) return 0;
     } else {
       // 13.7
@@ -251,23 +251,23 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       int extension = singleReply ? 2 : 0;
       if (child.inCheck) {
         extension += 2;
-        ++searchTrace.nodeCheckExtensions;
-        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, ++searchTrace.queenCheckExtensions;
+        traceCount(&SearchTrace::nodeCheckExtensions);
+        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, traceCount(&SearchTrace::queenCheckExtensions);
       } else if (extension == 0 && moveCount == 1 && depth >= 6 && depth <= 13) {
         extension = 2;
-        ++searchTrace.firstMoveExtensions;
+        traceCount(&SearchTrace::firstMoveExtensions);
       }
       // 13.9 Singular test: the hash move alone holds the score.
       if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
         int target = hashScore - 20;
-        ++searchTrace.nodeSingularTests;
+        traceCount(&SearchTrace::nodeSingularTests);
         int singular = searchNode(state, position, target, halfDepth, ply, scratch, move, 0);
         if (searchLimits.stop) return 0;
-        if (singular < target) extension = 2, ++searchTrace.nodeSingularExtensions;
+        if (singular < target) extension = 2, traceCount(&SearchTrace::nodeSingularExtensions);
       }
       // 13.10 New depth.
       if (extension > 4) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, traceCount(&SearchTrace::pawnEndingExtensions);  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
@@ -275,17 +275,17 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       // 13.11 The piece moved out of a losing exchange into a safe square.
       bool escapes = newDepth >= 6 && newDepth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
                      exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
-      searchTrace.escapes += escapes ? 1 : 0;
+      traceCount(&SearchTrace::escapes, escapes);
 
       // 13.12 Futility by move number.
       if (newDepth >= 4 && newDepth <= 17 && (moveClassBits & 5) == 0 && !isKiller && bestScore >= -31900 &&
           moveCount >= 7) {
         int s = parity == 0 ? newDepth - 4 : newDepth - 6;
         if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
-          ++searchTrace.futilityTests;
-          searchTrace.futilityNegativePower += s < 0 ? 1 : 0;
-          if (exchangeValue(position, move, 0) < 0) { ++searchTrace.futilityPrunes; continue; }
-          if (moveThreat(child) == 0) { ++searchTrace.futilityPrunes; continue; }
+          traceCount(&SearchTrace::futilityTests);
+          traceCount(&SearchTrace::futilityNegativePower, s < 0);
+          if (exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
+          if (moveThreat(child) == 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
         }
       }
 
@@ -293,7 +293,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       if (halfDepth == 4 && !inCheck && !child.inCheck && moveCount > lateMoveLimit[parity][depth] && !isKiller &&
           move != hashMove && bestScore >= -31900 && moveClassBits == 0 && moveThreat(child) == 0) {
         value = beta - 1;
-        ++searchTrace.lateFailLows;
+        traceCount(&SearchTrace::lateFailLows);
       } else {
         bool searched = false;
         // 13.14 Reduction.
@@ -302,15 +302,15 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;
-          ++searchTrace.nodeReductions;
+          traceCount(&SearchTrace::nodeReductions);
           value = -searchNode(state, child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
           searched = value < beta;
-          searchTrace.nodeReductionResearches += searched ? 0 : 1;
+          traceCount(&SearchTrace::nodeReductionResearches, !searched);
         }
         // 13.15 Full search.
         if (!searched) {
-          ++searchTrace.nodeFullSearches;
+          traceCount(&SearchTrace::nodeFullSearches);
           value = -searchNode(state, child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
         }
@@ -322,7 +322,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     bestScore = value;
     if (value < beta) continue;
     cutOff = true;
-    ++searchTrace.nodeCutoffs;
+    traceCount(&SearchTrace::nodeCutoffs);
     line[0] = move;
     line[1] = 0;
     if ((moveClassBits & 5) == 0) {
@@ -336,7 +336,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   if (!cutOff) {
     if (searchLimits.stop) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
-    ++searchTrace.nodeFailLows;
+    traceCount(&SearchTrace::nodeFailLows);
   }
   if (excludedMove) return bestScore;
   if (bestScore >= beta)

@@ -18,7 +18,7 @@
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.pvEntries;
+  traceCount(&SearchTrace::pvEntries);
   // Node parity below counts from the nearest PV node.
   position.pvPly = static_cast<uint8_t>(ply & 0xff);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
@@ -45,7 +45,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       extend = (position.pieces[them][Pawn] & seventhRank[them]) || worstHanging(position) != 0;
     if (!extend) return searchQuiet(state, position, alpha, beta, 0, ply, line);
     position.horizonExtensions += 1;
-    ++searchTrace.pvHorizonExtensions;
+    traceCount(&SearchTrace::pvHorizonExtensions);
     return searchPv(state, position, alpha, beta, depth + 2, ply, line);
   }
 
@@ -60,7 +60,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
 
   // Internal iterative deepening with the same window.
   if (hashMove == 0 && depth > 9) {
-    ++searchTrace.pvIidSearches;
+    traceCount(&SearchTrace::pvIidSearches);
     hashScore = searchPv(state, position, alpha, beta, depth - 4, ply, scratch);
     if (searchLimits.stop) return 0;
     hashMove = scratch[0];
@@ -69,7 +69,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
   const int halfDepth = depth >> 1;
   const int singularReference = hashScore - depth / 2;
   const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position, state.history) == 1;
-  searchTrace.pvSingleReplyNodes += singleReply ? 1 : 0;
+  traceCount(&SearchTrace::pvSingleReplyNodes, singleReply);
   const Bitboard passers = passerSquares(position);
   const int alphaOnEntry = alpha;
 
@@ -93,8 +93,8 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     const Square to = moveTo(move);
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
@@ -116,7 +116,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
         if (singleReply) extension = 2;
       }
       if (child.inCheck) {
-        ++searchTrace.pvCheckExtensions;
+        traceCount(&SearchTrace::pvCheckExtensions);
         noReduce = true;
         if (exchangeValue(position, move, 0) >= 0) {
           extension += 4;
@@ -127,24 +127,24 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       }
       if (!soundCheck) {
         if (child.movedPiece == Pawn && (passers & squareBit(to))) {
-          ++searchTrace.pvPasserExtensions;
+          traceCount(&SearchTrace::pvPasserExtensions);
           extension += 2;
           noReduce = true;
         }
         if ((moveClassBits & 5) == 1 && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
-          ++searchTrace.pvCaptureExtensions;
+          traceCount(&SearchTrace::pvCaptureExtensions);
           extension += 2;
           noReduce = true;
         }
         if (extension <= 3 && move == hashMove && depth > 15) {
-          ++searchTrace.pvSingularTests;
+          traceCount(&SearchTrace::pvSingularTests);
           int singular = searchNode(state, position, singularReference, depth - 10, ply, scratch, move, 1);
           if (searchLimits.stop) return 0;
-          if (singular < singularReference) extension += 2, ++searchTrace.pvSingularExtensions;
+          if (singular < singularReference) extension += 2, traceCount(&SearchTrace::pvSingularExtensions);
         }
       }
       if (extension >= 5) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, traceCount(&SearchTrace::pawnEndingExtensions);  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
@@ -161,21 +161,21 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
         bool rescue = depth >= 6 && depth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
                       exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
                       exchangeValue(position, move, 0) >= 0;
-        searchTrace.pvRescues += rescue ? 1 : 0;
+        traceCount(&SearchTrace::pvRescues, rescue);
         if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
             bestScore >= -31900 && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;
-          ++searchTrace.pvReductions;
+          traceCount(&SearchTrace::pvReductions);
           value = -searchNode(state, child, -alpha, reduced, ply + 1, scratch, 0, 0);
           if (searchLimits.stop) return 0;
-          if (value <= alpha) { ++searchTrace.pvReductionFailLows; continue; }
+          if (value <= alpha) { traceCount(&SearchTrace::pvReductionFailLows); continue; }
         }
-        ++searchTrace.pvZeroWindowSearches;
+        traceCount(&SearchTrace::pvZeroWindowSearches);
         value = -searchNode(state, child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
         if (searchLimits.stop) return 0;
         if (value > alpha) {
-          ++searchTrace.pvResearches;
+          traceCount(&SearchTrace::pvResearches);
           value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
           if (searchLimits.stop) return 0;
         }

@@ -15,7 +15,7 @@
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.quietEntries;
+  traceCount(&SearchTrace::quietEntries);
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;
@@ -28,7 +28,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     hashMove = hit->move;
     if (zeroWindow && depth <= hit->depth) {
       int stored = scoreFromStore(hit->score, ply);
-      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return ++searchTrace.quietHashCutoffs, stored;
+      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return traceCount(&SearchTrace::quietHashCutoffs), stored;
     }
   }
 
@@ -38,7 +38,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
   if (!inCheck) {
     eval = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
-    if (depth < -59) return ++searchTrace.quietDepthLimitReturns, eval;
+    if (depth < -59) return traceCount(&SearchTrace::quietDepthLimitReturns), eval;
   }
 
   MovePicker picker;
@@ -51,7 +51,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     bestScore = -32001;
     moveCount = 0;
   } else {
-    if (eval >= beta) return ++searchTrace.quietStandPats, eval;
+    if (eval >= beta) return traceCount(&SearchTrace::quietStandPats), eval;
     if (eval > alpha) alpha = eval;
     bestScore = eval;
     moveCount = 1;
@@ -74,15 +74,15 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     if (inCheck) {
       if (bestScore >= -31900 && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
           exchangeValue(position, move, 0) < 0)
-        { ++searchTrace.quietEvasionPrunes; continue; }
+        { traceCount(&SearchTrace::quietEvasionPrunes); continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
       if (kind <= 2) {
         int victim = pieceCodeOn(position, them, to);
         int margin = victim == Pawn ? 80 : 140;
-        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { ++searchTrace.quietDeltaPrunes; continue; }
+        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { traceCount(&SearchTrace::quietDeltaPrunes); continue; }
       }
-      if (depth < -16 && to != moveTo(position.lastMove)) { ++searchTrace.quietRecaptureSkips; continue; }
+      if (depth < -16 && to != moveTo(position.lastMove)) { traceCount(&SearchTrace::quietRecaptureSkips); continue; }
     }
 
     if (!makeLegalChild(position, child, move, us)) continue;
@@ -95,7 +95,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     } else {
       int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
                           (inCheck ? 4 : 0);
-      if (dropQuietMoves && moveClassBits == 0) { ++searchTrace.quietDroppedQuiets; continue; }
+      if (dropQuietMoves && moveClassBits == 0) { traceCount(&SearchTrace::quietDroppedQuiets); continue; }
       value = -searchQuiet(state, child, -beta, -alpha, depth - 2, ply + 1, scratch);
       if (searchLimits.stop) return 0;
       if (value <= bestScore) continue;

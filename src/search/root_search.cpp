@@ -63,7 +63,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
   const int halfDepth = depth >> 1;
   const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchLimits.startTime > 0.25;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.rootPasses;
+  traceCount(&SearchTrace::rootPasses);
   line[0] = 0;
   if (halfDepth == 1) buildRootMoves(state, position);
 
@@ -117,15 +117,15 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
     } else {
       if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
           state.rootChild.capturedPiece == 0 && bestScore >= -31900) {
-        ++searchTrace.rootReductions;
+        traceCount(&SearchTrace::rootReductions);
         int reduced = -searchNode(state, state.rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
         if (searchLimits.stop) return 0;
-        if (reduced <= alpha) { ++searchTrace.rootReductionFailLows; continue; }
+        if (reduced <= alpha) { traceCount(&SearchTrace::rootReductionFailLows); continue; }
       }
       value = -searchNode(state, state.rootChild, -alpha, childDepth, 1, scratch, 0, 0);
       if (searchLimits.stop) return 0;
       if (value > alpha) {
-        ++searchTrace.rootResearches;
+        traceCount(&SearchTrace::rootResearches);
         value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
         if (searchLimits.stop) return 0;
       }

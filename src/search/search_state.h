@@ -45,7 +45,7 @@ struct SearchState {
   int32_t depthScore[32];
   Move depthMove[32];
   int32_t firstSearchPending = 1;  // the next search clears history, reductions and hash
-  EvalCaches* caches;
+  EvalCaches* caches = &evalCaches;
 };
 
 // The engine's search, with the engine's evaluation caches.

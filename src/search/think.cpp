@@ -23,7 +23,7 @@
 #include "base/platform.h"
 #include "search/limits.h"
 
-SearchState mainSearch{.caches = &evalCaches};
+SearchState mainSearch;
 
 namespace {
 
@@ -121,7 +121,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
   bool goalReached = false;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
   clearTheStop();
-  searchTrace = SearchTrace{};
+  if constexpr (searchTraced) searchTrace = SearchTrace{};
   std::memset(state.killer1, 0, sizeof state.killer1);
   std::memset(state.killer2, 0, sizeof state.killer2);
 
@@ -281,7 +281,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
         state.depthNodes[depth] = nodes;
         state.depthScore[depth] = score;
         state.depthMove[depth] = bestLine[0];
-        depthTrace[depth] = searchTrace;
+        if constexpr (searchTraced) depthTrace[depth] = searchTrace;
       }
     } else {
       printIterationLine(state, root, depth, score, bestLine);
