@@ -3,19 +3,13 @@
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/piece_square.h"
+#include "board/queries.h"
 #include "base/score_pair.h"
 #include "base/log.h"
 
 NodeCounter nodeCounter;
 
 namespace {
-
-// The first slot of colour that holds the bit, pawn to king; 0 if none does.
-int pieceOn(const Position& p, int colour, Bitboard bit) {
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (p.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
 
 void addScore(Position& p, int index) { p.pstScore = scorePairAdd(p.pstScore, pieceSquare[index]); }
 void takeScore(Position& p, int index) {
@@ -56,7 +50,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   const Bitboard F = squareBit(from);
   const Bitboard T = squareBit(to);
 
-  const int p = pieceOn(source, c, F);
+  const int p = pieceOn(source, c, from);
   if (p == NoPiece) {
     char text[8];
     moveToText(move, text);
@@ -132,7 +126,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   }
 
   if (d.pieces[e][0] & T) {
-    const int q = pieceOn(d, e, T);
+    const int q = pieceOn(d, e, to);
     if (q == King) logPrintf("ERROR: king capture here\n");
     d.capturedPiece = q;
     d.hashKey ^= pieceKeys[pieceIndex(e, q, to)];

@@ -1,4 +1,5 @@
 #include "moves/picker.h"
+#include "board/queries.h"
 
 #include "board/exchange.h"
 
@@ -20,12 +21,6 @@ constexpr uint32_t evasionPromotionKey = 0x79180000;  // 31000
 constexpr uint32_t evasionEnPassantKey = 0x75300000;  // 30000
 constexpr uint32_t knightCheckKey = 0x00630000;       // 99
 
-int pieceOn(const Position& position, int colour, Square square) {
-  Bitboard bit = squareBit(square);
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
 
 // The key is a signed 16-bit number, so the shift keeps the sign.
 int32_t sortKey(uint32_t word) { return static_cast<int32_t>(word) >> 16; }

@@ -32,31 +32,22 @@ constexpr int lateMoveLimit[2][10] = {
 };
 constexpr Bitboard sixthRank[2] = {0x0000ff0000000000ULL, 0x0000000000ff0000ULL};
 
-// How the futility limit reads 2^s when s is negative (nodeParity 1 with
-// newDepth 4 or 5). The choices: the term is 0; so large that the test never
-// fires; so negative that it always fires; what a 32-bit shift by s & 31
-// gives, with the sum wrapped to 32 bits; or that shift taken as a signed
-// 32-bit term in a sum that doesn't wrap (2^30 never fires, -2^31 always).
-enum class NegativePowerReading { Zero, NeverFires, AlwaysFires, Wrapped32, Shifted32Unwrapped };
-constexpr NegativePowerReading negativePowerReading = NegativePowerReading::Wrapped32;
-
+// Beta above this limit lets the two futility tests of a quiet late move run
+// (a losing exchange or no threat prunes it). The margin 2^s doubles with
+// each ply of depth left. Where s falls below zero (new depth 4 or 5 at an
+// odd distance from the PV), the term is what a 32-bit sum makes of it:
+// s = -1 adds 2^31, which wraps a rest of zero or more below every beta, so
+// the tests always run at new depth 5 unless the rest is negative, when the
+// sum lands above every beta instead; s = -2 adds 2^30, which no beta
+// reaches, so they never run at new depth 4. The search was tuned with
+// those readings, and its results depend on them.
 int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
-  int64_t rest = int64_t{eval} + 20 + 2 * newDepth - 3 * moveCount;
+  const int64_t rest = int64_t{eval} + 20 + 2 * newDepth - 3 * moveCount;
   if (s >= 0) return rest + (int64_t{1} << s);
-  switch (negativePowerReading) {
-    case NegativePowerReading::Zero: return rest;
-    // The move is pruned when beta exceeds the limit: a huge limit never lets
-    // that happen, a hugely negative one always does.
-    case NegativePowerReading::NeverFires: return INT64_MAX / 2;
-    case NegativePowerReading::AlwaysFires: return INT64_MIN / 2;
-    case NegativePowerReading::Wrapped32: {
-      uint32_t term = uint32_t{1} << (static_cast<uint32_t>(s) & 31);
-      return static_cast<int32_t>(static_cast<uint32_t>(rest) + term);
-    }
-    case NegativePowerReading::Shifted32Unwrapped:
-      return rest + static_cast<int32_t>(uint32_t{1} << (static_cast<uint32_t>(s) & 31));
-  }
-  return rest;
+  const int64_t aboveEveryBeta = INT64_MAX / 2;
+  const int64_t belowEveryBeta = INT64_MIN / 2;
+  if (s == -1 && rest >= 0) return belowEveryBeta;
+  return aboveEveryBeta;
 }
 
 bool opponentPawnOnSeventh(const Position& position, int them) {
@@ -66,19 +57,19 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 }  // namespace
 
 int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
-  // 1. Entry.
+  // Entry: the stop, the input poll and the killers this node starts with.
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   traceCount(&SearchTrace::nodeEntries);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
   const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
-  // 2. Drawn material.
+  // Drawn material and the deepest ply.
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
   if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   Move scratch[lineLength] = {};
-  // 3. Horizon: a quiet node gets one more ply only if the move that led here
+  // Horizon: a quiet node gets one more ply only if the move that led here
   // threatens something and the score stands just above beta.
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
@@ -93,7 +84,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
   }
 
-  // 4. Hash probe.
+  // Hash probe.
   line[0] = 0;
   int hashScore = 0;
   Move hashMove = 0;
@@ -111,7 +102,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     }
   }
 
-  // 5. Static evaluation.
+  // Static evaluation.
   const int us = sideToMove(position);
   const int them = us ^ 1;
   int eval = 0;
@@ -120,17 +111,16 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     if (hit) eval = sharpenWithEntry(eval, *hit);
   }
 
-  // 6. Hopeless node.
+  // Hopeless node: far below beta near the horizon.
   if (depth <= 7 && !inCheck && eval < beta - 1250) return traceCount(&SearchTrace::hopelessReturns), eval;
 
-  // 7. Winning without counterplay: search it less deeply.
+  // Winning without counterplay: search it less deeply.
   if (depth >= 4 && !inCheck && eval > 400 && !position.pieces[them][Queen] && !opponentPawnOnSeventh(position, them))
     depth -= 2, traceCount(&SearchTrace::winningDepthCuts);
 
-  // 8.
   const int parity = nodeParity(ply, position);
 
-  // 9. Internal iterative deepening.
+  // Internal iterative deepening: a node without a hash move finds one.
   bool nullMoveAllowed = true;
   if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
     traceCount(&SearchTrace::nodeIidSearches);
@@ -140,9 +130,9 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   }
 
   Position child;
-  // 10. Null-move rules.
+  // Null-move rules: static margins near the horizon, a null-move search deeper.
   if (nullMoveAllowed && !noNull && options.nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
-    // The slot may hold something new since step 4; read it once more.
+    // The slot may hold something new since the hash probe; read it once more.
     int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
     if (nullEval >= beta + 5) {
       if (depth <= 5) {
@@ -170,7 +160,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     }
   }
 
-  // 11. Razoring.
+  // Razoring: far below beta, a quiescence search decides.
   const int halfDepth = depth >> 1;
   if (!inCheck) {
     bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
@@ -187,9 +177,9 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     }
   }
 
-  // 12. Choosing the moves.
+  // Choosing the moves.
   MovePicker picker;
-  int bestScore = -32001;
+  int bestScore = -fullWindow;
   int moveCount = 0;
   bool singleReply = false;
   if (inCheck) {
@@ -206,7 +196,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
   }
 
-  // 13. The move loop.
+  // The move loop.
   TriedQuiet triedQuiets[maxGeneratedMoves];
   int triedCount = 0;
   // A draw that cuts off reaches the update before its own class is worked
@@ -222,32 +212,32 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     const Square to = moveTo(move);
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
-    // 13.2 Late move pruning.
+    // Late move pruning.
     if (depth <= 7 && !inCheck && !isKiller && moveCount > lateMoveLimit[parity][depth] && kind <= 1 &&
         !(position.pieces[them][0] & squareBit(to)) &&
         !(position.pieces[us][Pawn] & sixthRank[us] & squareBit(from)) && !givesCheck(position, move))
       { traceCount(&SearchTrace::lateMovePrunes); continue; }
-    // 13.3 Under-promotions only where the knight would check.
+    // Under-promotions only where the knight would check.
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
-    // 13.4 Exchange pruning.
+    // Exchange pruning.
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
-    // 13.5
+    // Making the move.
     if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
 
     int value;
-    // 13.6 Draw by repetition: not searched.
+    // Draw by repetition: not searched.
     if (repetitionDraw(child)) {
       value = drawValue(ply);
       traceCount(&SearchTrace::nodeRepetitions);
       if (searchLimits.stop) return 0;
     } else {
-      // 13.7
+      // The move's class, and the quiet moves tried for the history.
       moveClassBits = moveClass(position, child, move);
-      if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
+      if (isQuietNonEvasion(moveClassBits)) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
 
-      // 13.8 Extension, in quarter plies.
+      // Extension, in quarter plies.
       int extension = singleReply ? 2 : 0;
       if (child.inCheck) {
         extension += 2;
@@ -257,7 +247,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         extension = 2;
         traceCount(&SearchTrace::firstMoveExtensions);
       }
-      // 13.9 Singular test: the hash move alone holds the score.
+      // Singular test: the hash move alone holds the score.
       if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
         int target = hashScore - 20;
         traceCount(&SearchTrace::nodeSingularTests);
@@ -265,20 +255,20 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         if (searchLimits.stop) return 0;
         if (singular < target) extension = 2, traceCount(&SearchTrace::nodeSingularExtensions);
       }
-      // 13.10 New depth.
+      // New depth.
       if (extension > 4) extension = 4;
       if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, traceCount(&SearchTrace::pawnEndingExtensions);  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
 
-      // 13.11 The piece moved out of a losing exchange into a safe square.
-      bool escapes = newDepth >= 6 && newDepth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
+      // Escape: the piece moved out of a losing exchange into a safe square.
+      bool escapes = newDepth >= 6 && newDepth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
                      exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
       traceCount(&SearchTrace::escapes, escapes);
 
-      // 13.12 Futility by move number.
-      if (newDepth >= 4 && newDepth <= 17 && (moveClassBits & 5) == 0 && !isKiller && bestScore >= -31900 &&
+      // Futility by move number.
+      if (newDepth >= 4 && newDepth <= 17 && isQuietNonEvasion(moveClassBits) && !isKiller && bestScore >= prunableScoreFloor &&
           moveCount >= 7) {
         int s = parity == 0 ? newDepth - 4 : newDepth - 6;
         if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
@@ -289,16 +279,16 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         }
       }
 
-      // 13.13 Late fail-low without a search.
+      // Late fail-low without a search.
       if (halfDepth == 4 && !inCheck && !child.inCheck && moveCount > lateMoveLimit[parity][depth] && !isKiller &&
-          move != hashMove && bestScore >= -31900 && moveClassBits == 0 && moveThreat(child) == 0) {
+          move != hashMove && bestScore >= prunableScoreFloor && isPlainQuiet(moveClassBits) && moveThreat(child) == 0) {
         value = beta - 1;
         traceCount(&SearchTrace::lateFailLows);
       } else {
         bool searched = false;
-        // 13.14 Reduction.
+        // Reduction.
         int reduction = nodeReduction(newDepth, moveCount, parity);
-        if (newDepth >= 8 && options.useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
+        if (newDepth >= 8 && options.useLmr && isPlainQuiet(moveClassBits) && bestScore >= prunableScoreFloor && reduction >= 2 &&
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;
@@ -308,7 +298,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
           searched = value < beta;
           traceCount(&SearchTrace::nodeReductionResearches, !searched);
         }
-        // 13.15 Full search.
+        // Full search.
         if (!searched) {
           traceCount(&SearchTrace::nodeFullSearches);
           value = -searchNode(state, child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
@@ -317,7 +307,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       }
     }
 
-    // 13.16
+    // The best score so far, and a cut-off.
     if (value <= bestScore) continue;
     bestScore = value;
     if (value < beta) continue;
@@ -325,14 +315,14 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     traceCount(&SearchTrace::nodeCutoffs);
     line[0] = move;
     line[1] = 0;
-    if ((moveClassBits & 5) == 0) {
+    if (isQuietNonEvasion(moveClassBits)) {
       recordKiller(state, move, ply);
       creditHistory(state.history, triedQuiets, triedCount, triedCount - 1, us, halfDepth);
     }
     break;
   }
 
-  // 14. The end of the node.
+  // The end of the node: mate or stalemate, and the hash store.
   if (!cutOff) {
     if (searchLimits.stop) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;

@@ -78,7 +78,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     initPicker(picker, position, state.history, 4, hashMove, 0, 0);
   else
     initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
-  int bestScore = -32001;
+  int bestScore = -fullWindow;
   int moveCount = 0;
   int bestIndex = -1;
   TriedQuiet triedQuiets[maxGeneratedMoves];
@@ -105,7 +105,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       if (searchLimits.stop) return 0;
     } else {
       moveClassBits = moveClass(position, child, move);
-      if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
+      if (isQuietNonEvasion(moveClassBits)) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
 
       // Extensions, in quarter plies.
       int extension = 0;
@@ -131,7 +131,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
           extension += 2;
           noReduce = true;
         }
-        if ((moveClassBits & 5) == 1 && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
+        if (isCaptureNonEvasion(moveClassBits) && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
           traceCount(&SearchTrace::pvCaptureExtensions);
           extension += 2;
           noReduce = true;
@@ -148,7 +148,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
-      if (newDepth <= 9 && (moveClassBits & 5) == 0 && exchangeValue(position, makeMoveWord(from, from), 0) < 0)
+      if (newDepth <= 9 && isQuietNonEvasion(moveClassBits) && exchangeValue(position, makeMoveWord(from, from), 0) < 0)
         noReduce = true;
 
       // Search of the move.
@@ -158,12 +158,12 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
         if (searchLimits.stop) return 0;
       } else {
         // A piece that steps out of a losing exchange is never reduced.
-        bool rescue = depth >= 6 && depth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
+        bool rescue = depth >= 6 && depth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
                       exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
                       exchangeValue(position, move, 0) >= 0;
         traceCount(&SearchTrace::pvRescues, rescue);
-        if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
-            bestScore >= -31900 && (newDepth >= 10 || moveThreat(child) == 0)) {
+        if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && isPlainQuiet(moveClassBits) &&
+            bestScore >= prunableScoreFloor && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;
           traceCount(&SearchTrace::pvReductions);
@@ -183,7 +183,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     }
 
     if (value <= bestScore) continue;
-    if ((moveClassBits & 5) == 0) bestIndex = triedCount - 1;
+    if (isQuietNonEvasion(moveClassBits)) bestIndex = triedCount - 1;
     if (value > alpha) {
       line[0] = move;
       for (int i = 0; i < 62; ++i) line[i + 1] = scratch[i];
@@ -192,7 +192,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     }
     bestScore = value;
     if (value >= beta) {
-      if ((moveClassBits & 5) == 0) recordKiller(state, move, ply);
+      if (isQuietNonEvasion(moveClassBits)) recordKiller(state, move, ply);
       break;
     }
   }

@@ -48,7 +48,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
   if (inCheck) {
     // No stand-pat in check: every evasion is tried, however deep.
     initPicker(picker, position, state.history, 4, hashMove, 0, 0);
-    bestScore = -32001;
+    bestScore = -fullWindow;
     moveCount = 0;
   } else {
     if (eval >= beta) return traceCount(&SearchTrace::quietStandPats), eval;
@@ -72,13 +72,13 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     const Square to = moveTo(move);
     if (kind >= 5) continue;  // under-promotions never pay off this deep
     if (inCheck) {
-      if (bestScore >= -31900 && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
+      if (bestScore >= prunableScoreFloor && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
           exchangeValue(position, move, 0) < 0)
         { traceCount(&SearchTrace::quietEvasionPrunes); continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
       if (kind <= 2) {
-        int victim = pieceCodeOn(position, them, to);
+        int victim = pieceOn(position, them, to);
         int margin = victim == Pawn ? 80 : 140;
         if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { traceCount(&SearchTrace::quietDeltaPrunes); continue; }
       }
@@ -93,9 +93,9 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
       value = drawValue(ply);
       if (value <= bestScore) continue;
     } else {
-      int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
-                          (inCheck ? 4 : 0);
-      if (dropQuietMoves && moveClassBits == 0) { traceCount(&SearchTrace::quietDroppedQuiets); continue; }
+      int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? moveClassCapture : 0) |
+                          (child.inCheck ? moveClassChecking : 0) | (inCheck ? moveClassEvasion : 0);
+      if (dropQuietMoves && isPlainQuiet(moveClassBits)) { traceCount(&SearchTrace::quietDroppedQuiets); continue; }
       value = -searchQuiet(state, child, -beta, -alpha, depth - 2, ply + 1, scratch);
       if (searchLimits.stop) return 0;
       if (value <= bestScore) continue;

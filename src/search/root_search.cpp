@@ -70,7 +70,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
   const int us = sideToMove(position);
   const int them = us ^ 1;
   const Bitboard passers = passerSquares(position);
-  int bestScore = -32001;
+  int bestScore = -fullWindow;
   int moveNumber = 0;
   // Counted over the whole pass: once a check, a passer push or a sound
   // capture has come up, no later move of the pass is reduced.
@@ -101,7 +101,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
         ++noReduce;
         extension += 4;
       }
-    } else if ((moveClassBits & 1) && !position.inCheck && moveKindIndex(move) <= 1 &&
+    } else if ((moveClassBits & moveClassCapture) && !position.inCheck && moveKindIndex(move) <= 1 &&
                exchangeValue(position, move, 0) >= 0) {
       noReduce = 1;
       extension += 2;
@@ -115,8 +115,8 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
       value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
       if (searchLimits.stop) return 0;
     } else {
-      if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
-          state.rootChild.capturedPiece == 0 && bestScore >= -31900) {
+      if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && isPlainQuiet(moveClassBits) &&
+          state.rootChild.capturedPiece == 0 && bestScore >= prunableScoreFloor) {
         traceCount(&SearchTrace::rootReductions);
         int reduced = -searchNode(state, state.rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
         if (searchLimits.stop) return 0;

@@ -9,15 +9,6 @@
 #include "search/hash_table.h"
 #include "search/search_state.h"
 
-// Piece code of colour's piece on s, pawn first; 0 if none.
-inline int pieceCodeOn(const Position& position, int colour, Square s) {
-  Bitboard bit = squareBit(s);
-  if (!(position.pieces[colour][0] & bit)) return NoPiece;
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
-
 // Makes the move into child and tells whether it is legal, that is whether the
 // mover's king is safe afterwards. A legal child learns whether it is in check,
 // which makeMove leaves to its caller.

@@ -53,7 +53,7 @@ int resolveWindow(SearchState& state, Position& root, int depth, AspirationWindo
     value = searchRoot(state, root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
     if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
     bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
-    if (reopenedSideFailed) return searchRoot(state, root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
+    if (reopenedSideFailed) return searchRoot(state, root, depth, -fullWindow, fullWindow, line, list, firstMoveNodes, otherMoveNodes);
   }
 }
 
@@ -68,10 +68,10 @@ AspirationWindow widenWindow(AspirationWindow window, int value) {
   int width = window.beta - window.alpha;
   if (value >= window.beta) {
     int widened = static_cast<int>(width * 1.5 + (value - 1));
-    return {value - 1 > -32001 ? value - 1 : -32001, widened < 32001 ? widened : 32001};
+    return {value - 1 > -fullWindow ? value - 1 : -fullWindow, widened < fullWindow ? widened : fullWindow};
   }
   int widened = static_cast<int>((value + 1) - width * 1.5);
-  return {widened > -32001 ? widened : -32001, value + 1 < 32001 ? value + 1 : 32001};
+  return {widened > -fullWindow ? widened : -fullWindow, value + 1 < fullWindow ? value + 1 : fullWindow};
 }
 
 void pvToText(const Move* line, char* text) {
@@ -86,8 +86,8 @@ void pvToText(const Move* line, char* text) {
 }
 
 void scoreToText(int score, char* text) {
-  if (std::abs(score) > 31800) {
-    int mateIn = score > 0 ? (32000 - score) / 2 + 1 : -((31999 - std::abs(score)) / 2) - 1;
+  if (std::abs(score) > mateThreshold) {
+    int mateIn = score > 0 ? (mateScore - score) / 2 + 1 : -((mateScore - 1 - std::abs(score)) / 2) - 1;
     std::snprintf(text, scoreTextSize, "mate %d", mateIn);
   } else {
     std::snprintf(text, scoreTextSize, "cp %d", score);
@@ -196,14 +196,14 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     int lines = 0;
     uint64_t iterationNodes = 0;
     while (lines < options.multiPv) {
-      int alpha = -32001;
-      int beta = 32001;
+      int alpha = -fullWindow;
+      int beta = fullWindow;
       if (depth > 4 && options.multiPv == 1) {
         int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
         int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
         if (delta < 16) delta = 16;
-        alpha = s1 - delta > -32001 ? s1 - delta : -32001;
-        beta = s1 + delta < 32001 ? s1 + delta : 32001;
+        alpha = s1 - delta > -fullWindow ? s1 - delta : -fullWindow;
+        beta = s1 + delta < fullWindow ? s1 + delta : fullWindow;
       }
       int value = searchRoot(state, root, 2 * depth, alpha, beta, bestLine, working, &firstMoveNodes, &otherMoveNodes);
       value = resolveWindow(state, root, 2 * depth, {alpha, beta}, value, bestLine, working, &firstMoveNodes,
@@ -289,7 +289,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
 
     if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = true;
     if (!searchLimits.pondering && goalReached) break;
-    if (std::abs(score) > 31799) break;
+    if (std::abs(score) > mateShiftLimit) break;
     if (depth >= maxDepth) break;
   }
 
