@@ -27,7 +27,6 @@ SearchState mainSearch;
 
 namespace {
 
-
 double elapsedSince(double start) {
   double elapsed = clock(wholeSecondClock) - start;
   return elapsed > 0.0 ? elapsed : 0.0;
@@ -111,14 +110,32 @@ void printIterationLine(SearchState& state, const Position& root, int depth, int
   state.lastShownMove = shown[0];
 }
 
-int think(SearchState& state, Position& root, const ThinkRequest& request) {
-  const double goalSeconds = request.goalSeconds;
-  const int maxDepth = request.maxDepth;
-  const bool exactTime = request.exactTime;
-  // Preparation.
+namespace {
+
+// The clock of one search: the soft limit after which no new iteration
+// starts (the hard limit is the polls' business), and what moves it.
+struct TimeControl {
+  double goal;
+  double softLimit;
+  bool exactTime;
+  double bestMoveShare = 0.5;  // the running share of the nodes the best move took
+  bool goalReached = false;
+};
+
+// What each iteration hands on to the next, and in the end to the answer.
+struct Deepening {
+  Move bestLine[lineLength] = {};
+  int score = 0;
+  int filledRows = 0;  // rows of state.rows that some iteration has filled
+  int finishedDepth = 0;
+};
+
+// Everything a search starts from: no stop, cleared killers, and the history,
+// reduction tables and hash table cleared for the first search and for every
+// deterministic one. Returns the moves the search may choose among.
+RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkRequest& request) {
   if (searchLimits.batchMode) options.deterministic = 1;
   searchLimits.pollingHeld = 1;
-  bool goalReached = false;
   for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
   clearTheStop();
   if constexpr (searchTraced) searchTrace = SearchTrace{};
@@ -153,173 +170,164 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     }
     hashAdvanceAge();
   }
+  return allowed;
+}
 
+// The clock starts: the hard limit is the budget's percentage of the goal,
+// and no iteration starts after three quarters of it. A fixed time per move
+// is spent whole: the goal itself is both limits.
+TimeControl startClock(const ThinkRequest& request) {
   searchLimits.startTime = clock(wholeSecondClock);
-  searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * goalSeconds;
-  double softLimit = searchLimits.startTime + 0.75 * goalSeconds;
-  // A fixed time per move is spent whole: the deepening never stops early on
-  // a stable best move, and the goal itself is the hard limit.
-  if (exactTime) {
-    searchLimits.hardTimeLimit = searchLimits.startTime + goalSeconds;
-    softLimit = searchLimits.hardTimeLimit;
+  searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * request.goalSeconds;
+  TimeControl time{request.goalSeconds, searchLimits.startTime + 0.75 * request.goalSeconds, request.exactTime};
+  if (request.exactTime) {
+    searchLimits.hardTimeLimit = searchLimits.startTime + request.goalSeconds;
+    time.softLimit = searchLimits.hardTimeLimit;
   }
-  state.lastShownMove = 0;
+  return time;
+}
 
-  logBoard(root);
-  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
-  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+// A stable best move that took nearly all the nodes lets the search stop
+// early; a change of mind gives it more time. A fixed time per move is
+// never cut short.
+void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Move best, uint64_t firstMoveNodes,
+                     uint64_t otherMoveNodes) {
+  double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
+  time.bestMoveShare = 0.75 * time.bestMoveShare + 0.25 * ratio;
+  if (depth <= 4 || searchLimits.stop || time.exactTime) return;
+  if (best == state.moveByDepth[depth - 1]) {
+    double percent = (102 - 100 * time.bestMoveShare) * 2.5;
+    time.softLimit = searchLimits.startTime + time.goal * 0.01 * (percent < 80 ? percent : 80);
+  } else {
+    time.softLimit = searchLimits.startTime + 1.2 * time.goal;
+    time.bestMoveShare *= 0.9;
+  }
+}
 
-  static char lineText[lineLength * 6 + 1];
-  double bestMoveShare = 0.5;
-  Move bestLine[lineLength] = {};
+// The window of a line's first search: past the fourth iteration of a
+// single-line search, a band around the last score as wide as the last
+// scores have moved (at least 16 either way); else the full window.
+AspirationWindow firstWindow(const SearchState& state, int depth) {
+  if (depth <= 4 || options.multiPv != 1) return {-fullWindow, fullWindow};
+  int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
+  int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
+  if (delta < 16) delta = 16;
+  return {s1 - delta > -fullWindow ? s1 - delta : -fullWindow, s1 + delta < fullWindow ? s1 + delta : fullWindow};
+}
+
+// One iteration: each MultiPV line searched with its aspiration window, the
+// best move of a line left out of the next one. Returns the number of lines
+// searched; iterationNodes is the node count after the last of them.
+int searchIteration(SearchState& state, Position& root, int depth, const RootMoveList& allowed, TimeControl& time,
+                    Deepening& deepening, uint64_t& iterationNodes) {
+  uint64_t firstMoveNodes = 0;
+  uint64_t otherMoveNodes = 0;
+  RootMoveList working = allowed;
+  Move* bestLine = deepening.bestLine;
+  int lines = 0;
+  while (lines < options.multiPv) {
+    AspirationWindow window = firstWindow(state, depth);
+    int value = searchRoot(state, root, 2 * depth, window.alpha, window.beta, bestLine, working, &firstMoveNodes,
+                           &otherMoveNodes);
+    value = resolveWindow(state, root, 2 * depth, window, value, bestLine, working, &firstMoveNodes, &otherMoveNodes);
+    state.scoreByDepth[depth] = value;
+    state.moveByDepth[depth] = bestLine[0];
+
+    ++otherMoveNodes;  // never zero: the best move's share divides by the sum
+    adjustSoftLimit(time, state, depth, bestLine[0], firstMoveNodes, otherMoveNodes);
+    if (!searchLimits.stop) {
+      state.rows[lines].score = value;
+      copyLine(state.rows[lines].line, bestLine);
+      if (lines + 1 > deepening.filledRows) deepening.filledRows = lines + 1;
+    }
+    iterationNodes = nodeCounter.nodes;
+    state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
+    ++lines;
+    if (searchLimits.stop) break;
+    if (!removeFromList(working, bestLine[0])) break;
+    if (depth == 1) break;  // the first iteration has one line
+  }
+  return lines;
+}
+
+// MultiPV ordering: the lines of the iteration, best score first. A row no
+// iteration has filled takes no part. Returns the number of rows in play.
+int orderRows(SearchState& state, int lines, int filledRows) {
+  int shown = lines < filledRows ? lines : filledRows;
+  for (int i = 0; i < shown; ++i)
+    for (int j = i + 1; j < shown; ++j)
+      if (state.rows[j].score > state.rows[i].score) {
+        PvRow swap = state.rows[i];
+        state.rows[i] = state.rows[j];
+        state.rows[j] = swap;
+      }
+  return shown;
+}
+
+// The info lines of a MultiPV iteration, one per row, best first.
+void reportRows(SearchState& state, const Position& root, int depth, int shown, uint64_t iterationNodes) {
+  char lineText[lineLength * 6 + 1];
   Move playable[lineLength];
-  int score = 0;
-  int filledRows = 0;
-  int finishedDepth = 0;
-
-  for (int depth = 1;; ++depth) {
-    uint64_t firstMoveNodes = 0;
-    uint64_t otherMoveNodes = 0;
-    if (depth == 1) {
-      if (request.bookMove) {
-        bestLine[0] = request.bookMove;
-        bestLine[1] = 0;
-        score = 0;
-        break;
-      }
-    } else {
-      searchLimits.pollingHeld = 0;
-    }
-    if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
-
-    RootMoveList working = allowed;
-    int lines = 0;
-    uint64_t iterationNodes = 0;
-    while (lines < options.multiPv) {
-      int alpha = -fullWindow;
-      int beta = fullWindow;
-      if (depth > 4 && options.multiPv == 1) {
-        int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
-        int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
-        if (delta < 16) delta = 16;
-        alpha = s1 - delta > -fullWindow ? s1 - delta : -fullWindow;
-        beta = s1 + delta < fullWindow ? s1 + delta : fullWindow;
-      }
-      int value = searchRoot(state, root, 2 * depth, alpha, beta, bestLine, working, &firstMoveNodes, &otherMoveNodes);
-      value = resolveWindow(state, root, 2 * depth, {alpha, beta}, value, bestLine, working, &firstMoveNodes,
-                            &otherMoveNodes);
-      state.scoreByDepth[depth] = value;
-      state.moveByDepth[depth] = bestLine[0];
-
-      ++otherMoveNodes;
-      double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
-      bestMoveShare = 0.75 * bestMoveShare + 0.25 * ratio;
-
-      // A stable best move that took nearly all the nodes lets the search
-      // stop early; a change of mind gives it more time.
-      if (depth > 4 && !searchLimits.stop && !exactTime) {
-        if (bestLine[0] == state.moveByDepth[depth - 1]) {
-          double percent = (102 - 100 * bestMoveShare) * 2.5;
-          softLimit = searchLimits.startTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
-        } else {
-          softLimit = searchLimits.startTime + 1.2 * goalSeconds;
-          bestMoveShare *= 0.9;
-        }
-      }
-      if (!searchLimits.stop) {
-        state.rows[lines].score = value;
-        copyLine(state.rows[lines].line, bestLine);
-        if (lines + 1 > filledRows) filledRows = lines + 1;
-      }
-      iterationNodes = nodeCounter.nodes;
-      state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
-      ++lines;
-      if (searchLimits.stop) break;
-      if (!removeFromList(working, bestLine[0])) break;
-      if (depth == 1) break;  // the first iteration has one line
-    }
-
-    // A row no iteration has filled takes no part.
-    int shown = lines < filledRows ? lines : filledRows;
-    for (int i = 0; i < shown; ++i)
-      for (int j = i + 1; j < shown; ++j)
-        if (state.rows[j].score > state.rows[i].score) {
-          PvRow swap = state.rows[i];
-          state.rows[i] = state.rows[j];
-          state.rows[j] = swap;
-        }
-    for (int i = 0; i < shown; ++i) {
-      if (options.multiPv > 1) {
-        playableLine(root, state.rows[i].line, playable);
-        pvToText(playable, lineText);
-        if (i == 0) state.lastShownMove = playable[0];
-        std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
-                    state.rows[i].score, depth, state.rows[i].timeMs, iterationNodes,
-                    static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), lineText);
-        std::fflush(stdout);
-      }
-    }
-
-    copyLine(bestLine, state.rows[0].line);
-    score = state.rows[0].score;
-    if (searchLimits.stop) {
-      logPrintf("search aborted\n");
-      break;
-    }
-
-    double elapsed = elapsedSince(searchLimits.startTime);
-    if (elapsed < 0.0001) elapsed = 0.0001;
-    uint64_t nodes = nodeCounter.nodes;
-    finishedDepth = depth;
-    playableLine(root, bestLine, playable);
+  for (int i = 0; i < shown; ++i) {
+    playableLine(root, state.rows[i].line, playable);
     pvToText(playable, lineText);
-    logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
-              score * 0.01, lineText);
-    if (searchLimits.batchMode) {
-      if (depth < 32) {
-        state.depthTime[depth] = elapsed;
-        state.depthNodes[depth] = nodes;
-        state.depthScore[depth] = score;
-        state.depthMove[depth] = bestLine[0];
-        if constexpr (searchTraced) depthTrace[depth] = searchTrace;
-      }
-    } else {
-      printIterationLine(state, root, depth, score, bestLine);
-    }
+    if (i == 0) state.lastShownMove = playable[0];
+    std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
+                state.rows[i].score, depth, state.rows[i].timeMs, iterationNodes,
+                static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), lineText);
+    std::fflush(stdout);
+  }
+}
 
-    if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = true;
-    if (!searchLimits.pondering && goalReached) break;
-    if (std::abs(score) > mateShiftLimit) break;
-    if (depth >= maxDepth) break;
+// A finished iteration goes to the log, and to the client as an info line or,
+// in batch mode, into the results of each depth.
+void reportIteration(SearchState& state, const Position& root, int depth, const Deepening& deepening) {
+  double elapsed = elapsedSince(searchLimits.startTime);
+  if (elapsed < 0.0001) elapsed = 0.0001;
+  const uint64_t nodes = nodeCounter.nodes;
+  char lineText[lineLength * 6 + 1];
+  Move playable[lineLength];
+  playableLine(root, deepening.bestLine, playable);
+  pvToText(playable, lineText);
+  logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
+            deepening.score * 0.01, lineText);
+  if (!searchLimits.batchMode) {
+    printIterationLine(state, root, depth, deepening.score, deepening.bestLine);
+    return;
   }
+  if (depth >= 32) return;
+  state.depthTime[depth] = elapsed;
+  state.depthNodes[depth] = nodes;
+  state.depthScore[depth] = deepening.score;
+  state.depthMove[depth] = deepening.bestLine[0];
+  if constexpr (searchTraced) depthTrace[depth] = searchTrace;
+}
 
-  // Finish.
-  logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
-  if (maxDepth > 98 || searchLimits.pondering) {
-    for (;;) {
-      if (searchLimits.serveInput) searchLimits.serveInput();
-      if (searchLimits.stop || !searchLimits.pondering) break;
-      sleepOneMillisecond();
-    }
+// The ponder wait: an infinite or pondering search that has finished waits
+// for stop or ponderhit before it answers.
+void waitWhilePondering(int maxDepth) {
+  if (maxDepth <= 98 && !searchLimits.pondering) return;
+  for (;;) {
+    if (searchLimits.serveInput) searchLimits.serveInput();
+    if (searchLimits.stop || !searchLimits.pondering) break;
+    sleepOneMillisecond();
   }
-  if (searchLimits.batchMode) return score;
-  if (logFile) {
-    double rate = evalCaches.etableProbes ? 100.0 * static_cast<double>(evalCaches.etableHits) / static_cast<double>(evalCaches.etableProbes) : 0.0;
-    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", evalCaches.etableHits,
-              evalCaches.etableProbes, rate);
-  }
-  // bestmove names the first move of the last finished iteration and ponder
-  // the second, from the line as it can be replayed. A client checks both
-  // against the line it was shown last: when a better move of an iteration
-  // that was then cut short was printed, the line of the answer goes out
-  // again. A root without a legal move answers with the null move.
-  playableLine(root, bestLine, playable);
+}
+
+// bestmove names the first move of the last finished iteration and ponder
+// the second, from the line as it can be replayed. A client checks both
+// against the line it was shown last: when a better move of an iteration
+// that was then cut short was printed, the line of the answer goes out
+// again. A root without a legal move answers with the null move.
+void answer(SearchState& state, const Position& root, const Deepening& deepening) {
+  Move playable[lineLength];
+  playableLine(root, deepening.bestLine, playable);
   char bestText[8] = "0000";
   char ponderText[8] = "";
   if (playable[0]) moveToText(playable[0], bestText);
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
   if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
-    printIterationLine(state, root, finishedDepth, score, bestLine);
+    printIterationLine(state, root, deepening.finishedDepth, deepening.score, deepening.bestLine);
   std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   if (ponderText[0]) {
@@ -330,5 +338,58 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     logPrintf("bestmove %s\n", bestText);
   }
   std::fflush(stdout);
-  return score;
+}
+
+}  // namespace
+
+int think(SearchState& state, Position& root, const ThinkRequest& request) {
+  const RootMoveList allowed = prepareSearch(state, root, request);
+  TimeControl time = startClock(request);
+  state.lastShownMove = 0;
+
+  logBoard(root);
+  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
+  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+
+  Deepening deepening;
+  for (int depth = 1;; ++depth) {
+    if (depth == 1 && request.bookMove) {
+      deepening.bestLine[0] = request.bookMove;
+      break;
+    }
+    if (depth > 1) searchLimits.pollingHeld = 0;
+    if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
+
+    uint64_t iterationNodes = 0;
+    const int lines = searchIteration(state, root, depth, allowed, time, deepening, iterationNodes);
+    const int shown = orderRows(state, lines, deepening.filledRows);
+    if (options.multiPv > 1) reportRows(state, root, depth, shown, iterationNodes);
+    copyLine(deepening.bestLine, state.rows[0].line);
+    deepening.score = state.rows[0].score;
+    if (searchLimits.stop) {
+      logPrintf("search aborted\n");
+      break;
+    }
+    deepening.finishedDepth = depth;
+    reportIteration(state, root, depth, deepening);
+
+    if (!time.goalReached && clock(wholeSecondClock) > time.softLimit) time.goalReached = true;
+    if (!searchLimits.pondering && time.goalReached) break;
+    if (std::abs(deepening.score) > mateShiftLimit) break;  // a mate found is not searched deeper
+    if (depth >= request.maxDepth) break;
+  }
+
+  logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
+  waitWhilePondering(request.maxDepth);
+  if (searchLimits.batchMode) return deepening.score;
+  if (logFile) {
+    const EvalCaches& caches = *state.caches;
+    double rate = caches.etableProbes
+                      ? 100.0 * static_cast<double>(caches.etableHits) / static_cast<double>(caches.etableProbes)
+                      : 0.0;
+    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n",
+              caches.etableHits, caches.etableProbes, rate);
+  }
+  answer(state, root, deepening);
+  return deepening.score;
 }
