@@ -51,7 +51,7 @@ void prepareEngine() {
   int devNull = open("/dev/null", O_WRONLY);
   dup2(devNull, 1);
   close(devNull);
-  logFile = std::fopen("/dev/null", "w");
+  engineLog.file = std::fopen("/dev/null", "w");
   options.hashSizeMb = harnessHashMb;
   defaultOptions = options;
   rebuildEvaluation();
@@ -72,19 +72,16 @@ void resetEngine() {
   }
   if (changed || hashTable.buckets == nullptr || hashTable.bucketCount != hashBucketCount(harnessHashMb))
     hashAllocate(options.hashSizeMb);
-  if (changed || bookChanged || bookFile) openBook();
+  if (changed || bookChanged || openingBook.file) openBook();
   // The tables a search learns from start empty, so that an input behaves
   // the same way whatever ran before it.
   hashClear();
   mainSearch.history = MoveHistory{};
 
-  clearTheStop();
-  searchLimits.pondering = 0;
-  searchLimits.pollingHeld = 0;
-  searchLimits.nodeLimit = ~uint64_t{0};
-  searchRunning = 0;
-  searchNeedsCommand = 0;
-  startPositionPending = 1;
+  searchLimits = SearchLimits{};
+  nodeCounter = NodeCounter{};
+  searchSession = SearchSession{};
+  game.startPositionPending = 1;
   inputRing.readIndex = 0;
   inputRing.writeIndex = 0;
   inputRing.inputEnded = 1;

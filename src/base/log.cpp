@@ -2,20 +2,20 @@
 
 #include <cstdarg>
 
-FILE* logFile = nullptr;
+EngineLog engineLog;
 
 void openLog(const char* fileName) {
-  logFile = std::fopen(fileName, "a+");
-  if (logFile) std::setvbuf(logFile, nullptr, _IONBF, 0);
+  engineLog.file = std::fopen(fileName, "a+");
+  if (engineLog.file) std::setvbuf(engineLog.file, nullptr, _IONBF, 0);
 }
 
 void logPrintf(const char* format, ...) {
-  if (!logFile) return;
+  if (!engineLog.file) return;
   char text[8200];
   va_list args;
   va_start(args, format);
   std::vsnprintf(text, sizeof text, format, args);
   va_end(args);
-  std::fputs(text, logFile);
-  std::fflush(logFile);
+  std::fputs(text, engineLog.file);
+  std::fflush(engineLog.file);
 }

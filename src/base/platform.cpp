@@ -4,7 +4,7 @@
 #include <cmath>
 #include <thread>
 
-int wholeSecondClock = 0;
+ClockSettings clockSettings;
 
 double clock(int mode) {
   using namespace std::chrono;

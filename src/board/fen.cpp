@@ -142,7 +142,7 @@ void moveToText(Move move, char* buffer) {
 }
 
 void logBoard(const Position& position) {
-  if (!logFile) return;
+  if (!engineLog.file) return;
   const Position& p = position;
   char parentMove[8] = "N/A";
   if (p.previous) moveToText(p.previous->lastMove, parentMove);

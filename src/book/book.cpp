@@ -13,7 +13,7 @@
 #include "base/log.h"
 #include "base/options.h"
 
-FILE* bookFile = nullptr;
+OpeningBook openingBook;
 
 namespace {
 
@@ -28,9 +28,9 @@ struct BookRecord {
 
 // Reads the record at index; false when the seek or the read fails.
 bool readRecordAt(long index, BookRecord& record) {
-  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) return false;
+  if (std::fseek(openingBook.file, index * 16, SEEK_SET) != 0) return false;
   unsigned char bytes[16];
-  if (std::fread(bytes, 1, 16, bookFile) != 16) return false;
+  if (std::fread(bytes, 1, 16, openingBook.file) != 16) return false;
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
   std::memcpy(&record.weight, bytes + 10, 2);
@@ -42,8 +42,8 @@ bool readRecordAt(long index, BookRecord& record) {
 
 // The number of whole records, or -1 when the stream can't seek.
 long recordCount() {
-  if (std::fseek(bookFile, 0, SEEK_END) != 0) return -1;
-  long length = std::ftell(bookFile);
+  if (std::fseek(openingBook.file, 0, SEEK_END) != 0) return -1;
+  long length = std::ftell(openingBook.file);
   return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
 }
 
@@ -58,8 +58,8 @@ bool readsWhole(FILE* file, off_t size) {
 
 // A book that fails a probe is closed for good, so the client hears of it once.
 Move dropUnreadableBook() {
-  std::fclose(bookFile);
-  bookFile = nullptr;
+  std::fclose(openingBook.file);
+  openingBook.file = nullptr;
   sayBookUnreadable();
   return 0;
 }
@@ -95,19 +95,19 @@ void reverseBytes(void* data, int length) {
 }
 
 BookOpening openBook() {
-  if (bookFile) {
-    std::fclose(bookFile);
-    bookFile = nullptr;
+  if (openingBook.file) {
+    std::fclose(openingBook.file);
+    openingBook.file = nullptr;
   }
   if (options.ownBook != 1) return BookOpening::Off;
   struct stat status;
   if (stat(options.bookFileName, &status) != 0) return BookOpening::Missing;
   // A directory opens for reading here: only a regular file can be a book.
   if (!S_ISREG(status.st_mode)) return BookOpening::Unreadable;
-  bookFile = std::fopen(options.bookFileName, "rb");
-  if (bookFile && readsWhole(bookFile, status.st_size)) return BookOpening::Opened;
-  if (bookFile) std::fclose(bookFile);
-  bookFile = nullptr;
+  openingBook.file = std::fopen(options.bookFileName, "rb");
+  if (openingBook.file && readsWhole(openingBook.file, status.st_size)) return BookOpening::Opened;
+  if (openingBook.file) std::fclose(openingBook.file);
+  openingBook.file = nullptr;
   return BookOpening::Unreadable;
 }
 
@@ -133,7 +133,7 @@ uint64_t polyglotKey(const Position& position) {
 }
 
 Move probeBook(const Position& root) {
-  if (!bookFile) return 0;
+  if (!openingBook.file) return 0;
   const uint64_t key = polyglotKey(root);
   const long count = recordCount();
   if (count < 0) return dropUnreadableBook();
@@ -196,7 +196,7 @@ Move probeBook(const Position& root) {
   // that fails otherwise than at the end drops the book.
   for (long index = first; index < count; ++index) {
     if (!readRecordAt(index, record)) {
-      if (std::ferror(bookFile)) return dropUnreadableBook();
+      if (std::ferror(openingBook.file)) return dropUnreadableBook();
       break;
     }
     if (record.key != key) break;

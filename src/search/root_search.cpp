@@ -61,7 +61,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
   position.extensionRemainder = 0;
 
   const int halfDepth = depth >> 1;
-  const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchLimits.startTime > 0.25;
+  const bool reportMoves = halfDepth > 5 && clock(clockSettings.wholeSeconds) - searchLimits.startTime > 0.25;
   if (searchPollSaysStop()) return 0;
   traceCount(&SearchTrace::rootPasses);
   line[0] = 0;

@@ -22,7 +22,7 @@ bool searchPollSaysStop() {
   if (searchLimits.serveInput) searchLimits.serveInput();
   if (searchLimits.pondering) return false;
   if (searchLimits.stop) return true;
-  if (nodeCounter.nodes >= searchLimits.nodeLimit || clock(wholeSecondClock) >= searchLimits.hardTimeLimit) {
+  if (nodeCounter.nodes >= searchLimits.nodeLimit || clock(clockSettings.wholeSeconds) >= searchLimits.hardTimeLimit) {
     stopTheSearch();
     return true;
   }

@@ -28,7 +28,7 @@ SearchState mainSearch;
 namespace {
 
 double elapsedSince(double start) {
-  double elapsed = clock(wholeSecondClock) - start;
+  double elapsed = clock(clockSettings.wholeSeconds) - start;
   return elapsed > 0.0 ? elapsed : 0.0;
 }
 
@@ -177,7 +177,7 @@ RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkReques
 // and no iteration starts after three quarters of it. A fixed time per move
 // is spent whole: the goal itself is both limits.
 TimeControl startClock(const ThinkRequest& request) {
-  searchLimits.startTime = clock(wholeSecondClock);
+  searchLimits.startTime = clock(clockSettings.wholeSeconds);
   searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * request.goalSeconds;
   TimeControl time{request.goalSeconds, searchLimits.startTime + 0.75 * request.goalSeconds, request.exactTime};
   if (request.exactTime) {
@@ -373,7 +373,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     deepening.finishedDepth = depth;
     reportIteration(state, root, depth, deepening);
 
-    if (!time.goalReached && clock(wholeSecondClock) > time.softLimit) time.goalReached = true;
+    if (!time.goalReached && clock(clockSettings.wholeSeconds) > time.softLimit) time.goalReached = true;
     if (!searchLimits.pondering && time.goalReached) break;
     if (std::abs(deepening.score) > mateShiftLimit) break;  // a mate found is not searched deeper
     if (depth >= request.maxDepth) break;
@@ -382,7 +382,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
   logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
   waitWhilePondering(request.maxDepth);
   if (searchLimits.batchMode) return deepening.score;
-  if (logFile) {
+  if (engineLog.file) {
     const EvalCaches& caches = *state.caches;
     double rate = caches.etableProbes
                       ? 100.0 * static_cast<double>(caches.etableHits) / static_cast<double>(caches.etableProbes)

@@ -17,8 +17,7 @@
 #include "base/options.h"
 #include "search/limits.h"
 
-int32_t searchRunning = 0;
-int32_t searchNeedsCommand = 0;
+SearchSession searchSession;
 
 namespace {
 
@@ -198,7 +197,7 @@ void goCommand(char** tokens, int count) {
   searchLimits.nodeLimit = request.nodeLimit;
   searchLimits.pondering = request.ponder ? 1 : 0;
 
-  Position& root = gameStack[gameLength];
+  Position& root = game.stack[game.length];
   SearchPlan plan = planSearch(request, sideToMove(root), options.moveOverheadMs * 0.001);
 
   ThinkRequest search;
@@ -214,9 +213,9 @@ void goCommand(char** tokens, int count) {
   clearTheStop();
   search.bookMove = probeBook(root);
 
-  searchRunning = 1;
-  searchNeedsCommand = request.infiniteSearch;
+  searchSession.running = 1;
+  searchSession.needsCommand = request.infiniteSearch;
   think(mainSearch, root, search);
-  searchRunning = 0;
-  searchNeedsCommand = 0;
+  searchSession.running = 0;
+  searchSession.needsCommand = 0;
 }

@@ -4,13 +4,18 @@
 
 #include <cstdint>
 
-// Set while go runs its search; polls then refuse go, position and a new
-// hash table, which would pull the ground from under the search.
-extern int32_t searchRunning;
-// The running search is a go infinite: only a command ends it, so at the
-// end of input it is stopped as by "stop" (a ponder search too, until its
-// ponderhit).
-extern int32_t searchNeedsCommand;
+// The search that go runs, as the dispatcher sees it.
+struct SearchSession {
+  // Set while go runs its search; polls then refuse go, position and a new
+  // hash table, which would pull the ground from under the search.
+  int32_t running = 0;
+  // The running search is a go infinite: only a command ends it, so at the
+  // end of input it is stopped as by "stop" (a ponder search too, until its
+  // ponderhit).
+  int32_t needsCommand = 0;
+};
+
+extern SearchSession searchSession;
 
 constexpr int searchMovesCapacity = 2048;
 constexpr int deepestSearch = 99;  // the driver keeps 100 iterations

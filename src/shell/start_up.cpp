@@ -84,9 +84,9 @@ int engineMain(int argc, char** argv) {
 
   if (readSwitches(argc, argv) != 0) return -1;
   // A log file that can't be opened means no log; the engine runs on.
-  if (logFileName[0]) openLog(logFileName);
+  if (commandLine.logFileName[0]) openLog(commandLine.logFileName);
 
-  if (makeTestDataRequested) return runMakeTestDataMode();
-  if (selfTestRequested) return runSelfTestMode();
+  if (commandLine.makeTestData) return runMakeTestDataMode();
+  if (commandLine.selfTest) return runSelfTestMode();
   runUciMode(opening);
 }

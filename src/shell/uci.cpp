@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "base/engine_exit.h"
+#include "shell/game.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
 #include "base/log.h"
@@ -29,7 +30,7 @@ const char* checkText(int32_t value) { return value ? "true" : "false"; }
 // A running search keeps its game, its table and its root: the client is
 // told, and the search goes on undisturbed.
 bool refusedDuringSearch(const char* command) {
-  if (!searchRunning) return false;
+  if (!searchSession.running) return false;
   std::printf("info string %s refused while a search runs\n", command);
   std::fflush(stdout);
   return true;
@@ -56,16 +57,16 @@ void printUciAnswer() {
 
 bool uciPoll() {
   // Before any line, so that a go without position searches the start position.
-  if (startPositionPending) setUpStartPosition();
+  if (game.startPositionPending) setUpStartPosition();
 
   // Once a stop has been read, the unwinding search takes no further line:
   // what the client sent after it waits for the main loop.
-  if (searchRunning && searchLimits.stop) return false;
+  if (searchSession.running && searchLimits.stop) return false;
   InputSlot* slot = takeInputLine(inputRing);
   if (!slot) {
     // At the end of input a search that only a command can end is stopped,
     // so that it prints its bestmove and the engine can finish.
-    if (searchRunning && (searchNeedsCommand || searchLimits.pondering) && inputFinished(inputRing)) stopTheSearch();
+    if (searchSession.running && (searchSession.needsCommand || searchLimits.pondering) && inputFinished(inputRing)) stopTheSearch();
     return false;
   }
   if (slot->dropped) {

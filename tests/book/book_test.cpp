@@ -50,8 +50,8 @@ struct Book : OptionState {
     options.bestLineOnly = 1;
   }
   void TearDown() override {
-    if (bookFile) std::fclose(bookFile);
-    bookFile = nullptr;
+    if (openingBook.file) std::fclose(openingBook.file);
+    openingBook.file = nullptr;
     std::filesystem::remove_all(directory);
     OptionState::TearDown();
   }
@@ -60,7 +60,7 @@ struct Book : OptionState {
     testbook::writeBook(path, entries, tailBytes);
     std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", path.c_str());
     openBook();
-    ASSERT_NE(bookFile, nullptr);
+    ASSERT_NE(openingBook.file, nullptr);
   }
   static std::string probe(const char* fen) {
     Move move = probeBook(testboard::parsed(fen));
@@ -119,7 +119,7 @@ TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
   for (std::string name : {directory, directory + "/absent.bin"}) {
     std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", name.c_str());
     openBook();
-    EXPECT_EQ(bookFile, nullptr) << name;
+    EXPECT_EQ(openingBook.file, nullptr) << name;
     EXPECT_EQ(probe(startFen), "none");
   }
 }

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <new>
 
+#include "../support/board.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
 #include "search/think.h"
@@ -53,13 +54,13 @@ TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   const char* middleGame = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -";
   const char* ending = "8/R5K1/8/8/1p6/1k6/p6P/8 b - -";
   countedAllocations = 0;
-  searchLimits.batchMode = 1;
-  countingAllocations = true;
-  searchBatchPosition(middleGame, 8);
-  searchBatchPosition(ending, 10);
-  countingAllocations = false;
-  searchLimits.batchMode = 0;
-  options.deterministic = 0;
+  {
+    testboard::BatchMode batch;
+    countingAllocations = true;
+    searchBatchPosition(middleGame, 8);
+    searchBatchPosition(ending, 10);
+    countingAllocations = false;
+  }
   EXPECT_GT(mainSearch.depthNodes[10], 10000u) << "the searches ran";
   EXPECT_EQ(countedAllocations.load(), 0);
 

@@ -25,10 +25,10 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
   hashAllocate(64);
   for (int row : {3, 26, 42, 43, 48}) {
     char fen[160];
-    searchLimits.batchMode = 1;
-    searchTestRow(row, fen);
-    searchLimits.batchMode = 0;
-    options.deterministic = 0;
+    {
+      testboard::BatchMode batch;
+      searchTestRow(row, fen);
+    }
     int move = 0, score = 0;
     unsigned long long nodes = 0;
     ASSERT_EQ(std::sscanf(testFens[row], "%*s %*s %*s %*s %d %d %llu", &move, &score, &nodes), 3);
@@ -44,20 +44,16 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
   testboard::useEvaluationTables();
   struct Case { int32_t percent; double goal; bool exactTime; double hard; };
   const Case cases[] = {{500, 0.2, false, 1.0}, {135, 2.0, false, 2.7}, {500, 0.28, true, 0.28}};
-  const int32_t savedPercent = searchLimits.hardTimePercent;
   for (const Case& c : cases) {
+    testboard::BatchMode batch;
     searchLimits.hardTimePercent = c.percent;
     Position root = testboard::rootPosition("4k3/8/8/8/8/8/4P3/4K3 w - -");
     ThinkRequest request;
     request.goalSeconds = c.goal;
     request.exactTime = c.exactTime;
-    searchLimits.batchMode = 1;
     think(mainSearch, root, request);
-    searchLimits.batchMode = 0;
-    options.deterministic = 0;
     EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
   }
-  searchLimits.hardTimePercent = savedPercent;
 }
 
 TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {

@@ -36,7 +36,7 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
       {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
       {"go wtime 10 btime 10 movetime 400", White, 0.38, 99, 321},  // spent whole, less the overhead
   };
-  const int32_t savedPercent = searchLimits.hardTimePercent;
+  const SearchLimits savedLimits = searchLimits;
   for (const Case& c : cases) {
     searchLimits.hardTimePercent = 321;
     Words words(c.line);
@@ -47,7 +47,7 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
     EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
     EXPECT_EQ(searchLimits.hardTimePercent, c.percent) << c.line;
   }
-  searchLimits.hardTimePercent = savedPercent;
+  searchLimits = savedLimits;
 }
 
 // A busy machine: every move runs to its hard limit, and every tenth (or
@@ -56,7 +56,7 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
 TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
   struct Case { double base, increment, delay; int every; };
   const Case cases[] = {{5, 0.05, 0.3, 10}, {10, 0.1, 0.3, 10}, {2, 0.02, 0.2, 20}, {60, 1, 1.5, 10}};
-  const int32_t savedPercent = searchLimits.hardTimePercent;
+  const SearchLimits savedLimits = searchLimits;
   for (const Case& c : cases) {
     double clock = c.base;
     for (int move = 1; move <= 300; ++move) {
@@ -66,7 +66,7 @@ TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
       clock += c.increment;
     }
   }
-  searchLimits.hardTimePercent = savedPercent;
+  searchLimits = savedLimits;
 }
 
 // The request as text: clocks and increments white/black, move time, moves

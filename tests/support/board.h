@@ -16,9 +16,23 @@
 #include "base/score_pair.h"
 #include "eval/tables.h"
 #include "base/options.h"
+#include "search/limits.h"
 #include "shell/setoption.h"
 
 namespace testboard {
+
+// Batch mode for the length of a scope, as the self-test searches: silent
+// and from cleared tables. The limits and the options return to what they
+// were.
+struct BatchMode {
+  const SearchLimits savedLimits = searchLimits;
+  const EngineOptions savedOptions = options;
+  BatchMode() { searchLimits.batchMode = 1; }
+  ~BatchMode() {
+    searchLimits = savedLimits;
+    options = savedOptions;
+  }
+};
 
 constexpr Square sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 

@@ -22,22 +22,22 @@ struct OptionState : testing::Test {
 
   void SetUp() override {
     saved = options;
-    savedLog = logFile;
-    logFile = std::tmpfile();
+    savedLog = engineLog.file;
+    engineLog.file = std::tmpfile();
     while (takeInputLine(inputRing)) {
     }
   }
   void TearDown() override {
     options = saved;
-    if (logFile) std::fclose(logFile);
-    logFile = savedLog;
+    if (engineLog.file) std::fclose(engineLog.file);
+    engineLog.file = savedLog;
   }
   std::string logText() {
     std::string text;
-    std::rewind(logFile);
+    std::rewind(engineLog.file);
     char buffer[4096];
-    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, logFile)) > 0;) text.append(buffer, got);
-    std::fseek(logFile, 0, SEEK_END);
+    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, engineLog.file)) > 0;) text.append(buffer, got);
+    std::fseek(engineLog.file, 0, SEEK_END);
     return text;
   }
   // Every line served in order, as a client's lines arrive; what the engine
