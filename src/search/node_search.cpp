@@ -1,3 +1,5 @@
+#include <array>
+#include <cmath>
 #include <cstdlib>
 
 #include "board/attacks.h"
@@ -17,10 +19,23 @@
 #include "base/options.h"
 #include "search/limits.h"
 
-int futilityMargin[24];
-int hangingMargin[20];
-
 namespace {
+
+// How far below beta a shallow node (depth in half plies) may stand and
+// still be lifted by a quiet move: below that only captures and checks are
+// tried.
+constexpr std::array<int, 24> futilityMargin = [] {
+  std::array<int, 24> margin{};
+  for (int i = 0; i < 24; ++i) margin[i] = 2 * i * i + 60;
+  return margin;
+}();
+// What the worst hanging piece (by its scaled value) adds to the static
+// null-move margin: growing fast for the first pieces, slowly after.
+const std::array<int, 20> hangingMargin = [] {
+  std::array<int, 20> margin{};
+  for (int i = 0; i < 20; ++i) margin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
+  return margin;
+}();
 
 // Margins by remaining depth in half plies (index 2..7 and 2..5).
 constexpr int staticMargin[8] = {0, 0, 110, 115, 125, 130, 140, 160};

@@ -25,6 +25,3 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
 // is done, serves the input and tests the limits. True if the search must end.
 bool searchPollSaysStop();
 
-// Margins that think fills at every start.
-extern int futilityMargin[24];
-extern int hangingMargin[20];

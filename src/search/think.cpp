@@ -136,7 +136,6 @@ struct Deepening {
 RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkRequest& request) {
   if (searchLimits.batchMode) options.deterministic = 1;
   searchLimits.pollingHeld = 1;
-  for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
   clearTheStop();
   if constexpr (searchTraced) searchTrace = SearchTrace{};
   std::memset(state.killer1, 0, sizeof state.killer1);
@@ -161,7 +160,6 @@ RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkReques
     state.history = MoveHistory{};
     buildReductionTables();
   }
-  for (int i = 0; i < 20; ++i) hangingMargin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
   fillRootScores(root);
   if (options.hashSizeMb != 0) {
     if (freshTables) {
