@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
+#include "book/book.h"
 #include "harness.h"
 #include "moves/generate.h"
-#include "book/book.h"
-#include "base/options.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/options.h"
 #include "board/keys.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
-#include "base/options.h"
 #include "search/limits.h"
 #include "shell/setoption.h"
 

@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/score_pair.h"
 #include "board/fen.h"
+#include "board/piece_square.h"
 #include "commands.h"
 #include "eval/evaluate.h"
-#include "board/piece_square.h"
-#include "base/score_pair.h"
 #include "eval/tables.h"
 #include "shell/setoption.h"
 

@@ -18,8 +18,8 @@
 #include <random>
 #include <sstream>
 
-#include "commands.h"
 #include "board/piece_square.h"
+#include "commands.h"
 #include "match_game.h"
 #include "match_referee.h"
 

@@ -1,7 +1,7 @@
 #include "board/exchange.h"
-#include "board/queries.h"
 
 #include "board/attacks.h"
+#include "board/queries.h"
 
 namespace {
 

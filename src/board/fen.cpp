@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "board/keys.h"
-#include "board/queries.h"
 #include "base/engine_exit.h"
 #include "base/log.h"
+#include "board/keys.h"
+#include "board/queries.h"
 
 namespace {
 

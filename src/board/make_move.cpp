@@ -1,11 +1,11 @@
 #include "board/make_move.h"
 
+#include "base/log.h"
+#include "base/score_pair.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/piece_square.h"
 #include "board/queries.h"
-#include "base/score_pair.h"
-#include "base/log.h"
 
 NodeCounter nodeCounter;
 

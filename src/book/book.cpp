@@ -6,12 +6,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
-#include "base/log.h"
-#include "base/options.h"
 
 OpeningBook openingBook;
 

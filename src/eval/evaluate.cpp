@@ -1,17 +1,17 @@
 #include "eval/evaluate.h"
 
 #include "base/options.h"
+#include "base/score_pair.h"
 #include "base/three_file_mask.h"
 #include "board/piece_square.h"
 #include "eval/endings.h"
-#include "eval/kpk.h"
 #include "eval/eval_frame.h"
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
+#include "eval/kpk.h"
 #include "eval/passers.h"
 #include "eval/pawns.h"
 #include "eval/pieces.h"
-#include "base/score_pair.h"
 #include "eval/tables.h"
 
 EvalCaches evalCaches;

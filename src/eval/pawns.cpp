@@ -2,9 +2,9 @@
 
 #include <cstring>
 
+#include "base/score_pair.h"
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
-#include "base/score_pair.h"
 #include "eval/tables.h"
 
 

@@ -1,7 +1,7 @@
 #include "moves/picker.h"
-#include "board/queries.h"
 
 #include "board/exchange.h"
+#include "board/queries.h"
 
 const int32_t stageTable[5][10] = {
     {StageHash, StageCaptures, StageKillerA, StageKillerB, StageQuiets, StageDeferred, StageEnd, 0, 0, 0},

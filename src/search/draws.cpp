@@ -1,7 +1,7 @@
 #include "search/draws.h"
 
-#include "board/keys.h"
 #include "base/options.h"
+#include "board/keys.h"
 
 uint64_t drawnMaterialKeys[drawnMaterialCount];
 

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "base/options.h"
 #include "board/attacks.h"
 #include "board/exchange.h"
 #include "board/make_move.h"
@@ -12,12 +13,11 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "base/options.h"
-#include "search/limits.h"
 
 namespace {
 

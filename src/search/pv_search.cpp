@@ -1,3 +1,4 @@
+#include "base/options.h"
 #include "board/attacks.h"
 #include "board/exchange.h"
 #include "board/make_move.h"
@@ -8,12 +9,11 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "base/options.h"
-#include "search/limits.h"
 
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;

@@ -7,10 +7,10 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "search/limits.h"
 
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;

@@ -1,7 +1,7 @@
 #include "search/reductions.h"
 
-#include "search/draws.h"
 #include "base/options.h"
+#include "search/draws.h"
 
 uint32_t reductionPv[reductionRows][reductionColumns];
 uint32_t reductionNode[reductionRows][reductionColumns];

@@ -2,20 +2,20 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/options.h"
+#include "base/platform.h"
+#include "base/score_pair.h"
 #include "board/exchange.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "base/score_pair.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search.h"
 #include "search/search_trace.h"
 #include "search/think.h"
-#include "base/options.h"
-#include "base/platform.h"
-#include "search/limits.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 
 #include <cstdlib>
 
+#include "base/types.h"
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "base/types.h"
 #include "search/hash_table.h"
 #include "search/search_state.h"
 

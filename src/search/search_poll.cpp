@@ -1,6 +1,6 @@
 #include "base/platform.h"
-#include "search/limits.h"
 #include "board/make_move.h"
+#include "search/limits.h"
 #include "search/search.h"
 
 SearchLimits searchLimits;

@@ -6,22 +6,22 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
+#include "base/platform.h"
 #include "board/fen.h"
 #include "board/make_move.h"
+#include "board/piece_square.h"
 #include "board/queries.h"
 #include "eval/evaluate.h"
-#include "board/piece_square.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/playable_line.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_trace.h"
-#include "base/log.h"
-#include "base/options.h"
-#include "base/platform.h"
-#include "search/limits.h"
 
 SearchState mainSearch;
 

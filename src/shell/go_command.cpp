@@ -6,16 +6,16 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "book/book.h"
-#include "search/think.h"
-#include "shell/tokenise.h"
-#include "shell/game.h"
-#include "base/log.h"
-#include "base/options.h"
 #include "search/limits.h"
+#include "search/think.h"
+#include "shell/game.h"
+#include "shell/tokenise.h"
 
 SearchSession searchSession;
 

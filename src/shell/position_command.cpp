@@ -6,14 +6,14 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
+#include "base/log.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
-#include "base/engine_exit.h"
 #include "shell/game.h"
-#include "base/log.h"
 
 Game game;
 

@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
 #include "board/fen.h"
 #include "book/book.h"
 #include "search/think.h"
-#include "base/engine_exit.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 

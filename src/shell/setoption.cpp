@@ -8,12 +8,12 @@
 #include <cstring>
 #include <strings.h>
 
-#include "eval/evaluate.h"
-#include "book/book.h"
-#include "search/hash_table.h"
-#include "search/reductions.h"
 #include "base/log.h"
 #include "base/options.h"
+#include "book/book.h"
+#include "eval/evaluate.h"
+#include "search/hash_table.h"
+#include "search/reductions.h"
 
 namespace {
 

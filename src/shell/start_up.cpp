@@ -5,21 +5,21 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "eval/tables.h"
-#include "book/book.h"
-#include "search/hash_table.h"
-#include "shell/command_line.h"
 #include "base/engine_exit.h"
-#include "shell/input_ring.h"
 #include "base/log.h"
 #include "base/options.h"
 #include "base/platform.h"
-#include "search/limits.h"
-#include "shell/self_test.h"
 #include "base/three_file_mask.h"
+#include "book/book.h"
+#include "eval/tables.h"
+#include "search/hash_table.h"
+#include "search/limits.h"
+#include "shell/command_line.h"
+#include "shell/input_ring.h"
+#include "shell/self_test.h"
+#include "shell/setoption.h"
 #include "shell/uci.h"
 #include "shell/version.h"
-#include "shell/setoption.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 #include <cstring>
 
 #include "base/engine_exit.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "search/limits.h"
 #include "shell/game.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
-#include "base/log.h"
-#include "base/options.h"
 #include "shell/position_command.h"
-#include "search/limits.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/version.h"

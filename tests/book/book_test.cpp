@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "../support/board.h"
-#include "../support/legal_moves.h"
 #include "../support/book_writer.h"
+#include "../support/legal_moves.h"
 #include "../support/option_state.h"
 
 namespace {

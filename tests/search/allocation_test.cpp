@@ -9,11 +9,11 @@
 #include <new>
 
 #include "../support/board.h"
+#include "base/options.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
-#include "search/think.h"
-#include "base/options.h"
 #include "search/limits.h"
+#include "search/think.h"
 #include "shell/self_test.h"
 #include "shell/setoption.h"
 

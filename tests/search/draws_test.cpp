@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "../support/board.h"
-#include "search/reductions.h"
 #include "base/options.h"
+#include "search/reductions.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "eval/evaluate.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
-#include "search/search.h"
 #include "search/limits.h"
+#include "search/search.h"
 #include "shell/self_test.h"
 
 namespace {

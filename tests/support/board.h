@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "board/fen.h"
-#include "base/types.h"
-#include "board/piece_square.h"
-#include "base/score_pair.h"
-#include "eval/tables.h"
 #include "base/options.h"
+#include "base/score_pair.h"
+#include "base/types.h"
+#include "board/fen.h"
+#include "board/piece_square.h"
+#include "eval/tables.h"
 #include "search/limits.h"
 #include "shell/setoption.h"
 

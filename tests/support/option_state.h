@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "shell/input_ring.h"
 #include "base/log.h"
 #include "base/options.h"
+#include "shell/input_ring.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
