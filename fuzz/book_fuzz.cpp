@@ -13,13 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
+#include "book/book.h"
 #include "harness.h"
 #include "moves/generate.h"
-#include "search/book.h"
-#include "shell/options.h"
 
 namespace {
 
@@ -94,8 +94,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::fclose(file);
 
   try {
-    ownBook = 1;
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", bookPath.c_str());
+    options.ownBook = 1;
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", bookPath.c_str());
     openBook();
     for (const char* fen : fens) {
       Position position;

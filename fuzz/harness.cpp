@@ -7,17 +7,20 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
+#include "board/make_move.h"
+#include "book/book.h"
 #include "eval/tables.h"
 #include "moves/picker.h"
-#include "search/book.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/reductions.h"
+#include "search/search_state.h"
+#include "shell/game.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
 #include "shell/position_command.h"
-#include "shell/search_flags.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
@@ -28,12 +31,7 @@ constexpr int harnessHashMb = 1;
 constexpr int largestHashMb = 16;
 constexpr int batchLines = 100;  // well below the 127 unread lines the ring holds
 
-constexpr int optionCount = 12;
-int32_t* const optionVariables[optionCount] = {
-    &useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold, &kingSafetyAggressiveness,
-    &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook, &multiPv, &ponderOption};
-int32_t defaultOptions[optionCount];
-char defaultBookFile[sizeof bookFileName];
+EngineOptions defaultOptions;
 
 bool startsWithWord(const std::string& line, const char* word) {
   char copy[slotBytes];
@@ -56,44 +54,37 @@ void prepareEngine() {
   int devNull = open("/dev/null", O_WRONLY);
   dup2(devNull, 1);
   close(devNull);
-  logFile = std::fopen("/dev/null", "w");
-  hashSizeMb = harnessHashMb;
-  for (int i = 0; i < optionCount; ++i) defaultOptions[i] = *optionVariables[i];
-  std::memcpy(defaultBookFile, bookFileName, sizeof bookFileName);
-  initEvaluation();
+  engineLog.file = std::fopen("/dev/null", "w");
+  options.hashSizeMb = harnessHashMb;
+  defaultOptions = options;
+  rebuildEvaluation();
   buildReductionTables();
-  hashAllocate(hashSizeMb);
+  hashAllocate(options.hashSizeMb);
   openBook();
 }
 
 void resetEngine() {
-  bool changed = false;
-  for (int i = 0; i < optionCount; ++i)
-    if (*optionVariables[i] != defaultOptions[i]) {
-      *optionVariables[i] = defaultOptions[i];
-      changed = true;
-    }
-  bool bookChanged = std::memcmp(bookFileName, defaultBookFile, sizeof bookFileName) != 0;
-  std::memcpy(bookFileName, defaultBookFile, sizeof bookFileName);
+  const bool bookChanged = std::strcmp(options.bookFileName, defaultOptions.bookFileName) != 0;
+  EngineOptions sameBook = options;
+  std::memcpy(sameBook.bookFileName, defaultOptions.bookFileName, sizeof sameBook.bookFileName);
+  const bool changed = !(sameBook == defaultOptions);
+  options = defaultOptions;
   if (changed) {
-    initEvaluation();
+    rebuildEvaluation();
     buildReductionTables();
   }
   if (changed || hashTable.buckets == nullptr || hashTable.bucketCount != hashBucketCount(harnessHashMb))
-    hashAllocate(hashSizeMb);
-  if (changed || bookChanged || bookFile) openBook();
+    hashAllocate(options.hashSizeMb);
+  if (changed || bookChanged || openingBook.file) openBook();
   // The tables a search learns from start empty, so that an input behaves
   // the same way whatever ran before it.
   hashClear();
-  std::memset(history, 0, sizeof history);
+  mainSearch.history = MoveHistory{};
 
-  stopSearch = 0;
-  pondering = 0;
-  pollingHeld = 0;
-  nodeLimit = ~uint64_t{0};
-  searchRunning = 0;
-  searchNeedsCommand = 0;
-  startPositionPending = 1;
+  searchLimits = SearchLimits{};
+  nodeCounter = NodeCounter{};
+  searchSession = SearchSession{};
+  game.startPositionPending = 1;
   inputRing.readIndex = 0;
   inputRing.writeIndex = 0;
   inputRing.inputEnded = 1;

@@ -5,11 +5,12 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/options.h"
 #include "board/keys.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
-#include "shell/options.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
+#include "shell/setoption.h"
 
 namespace {
 
@@ -50,7 +51,7 @@ void prepareBatchSearch(uint64_t seed) {
   // Every key-derived value is made later, from parseFen on; the evaluation
   // caches are keyed by hashKey and pawnKey, so they start after the keys.
   initKeys(seed);
-  batchMode = 1;
-  initEvaluation();
-  if (hashSizeMb != 0 && hashTable.buckets == nullptr) hashAllocate(hashSizeMb);
+  searchLimits.batchMode = 1;
+  rebuildEvaluation();
+  if (options.hashSizeMb != 0 && hashTable.buckets == nullptr) hashAllocate(options.hashSizeMb);
 }

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "board/fen.h"
+#include "book/book.h"
 #include "commands.h"
-#include "search/book.h"
 
 int bookKeyCommand(int argc, char** argv) {
   if (argc < 1) {

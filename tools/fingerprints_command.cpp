@@ -63,9 +63,9 @@ int fingerprintsCommand(int argc, char** argv) {
     searchTestRow(row, fen);
     if (!referenceMatches(row, fen)) return 1;
     const ReferenceFingerprint& reference = referenceFingerprints[row];
-    Move move = depthMove[testSearchDepth];
-    int score = depthScore[testSearchDepth];
-    uint64_t nodes = depthNodes[testSearchDepth];
+    Move move = mainSearch.depthMove[testSearchDepth];
+    int score = mainSearch.depthScore[testSearchDepth];
+    uint64_t nodes = mainSearch.depthNodes[testSearchDepth];
     char text[8];
     moveToText(move, text);
     bool moveAgrees = move == reference.move;

@@ -18,8 +18,8 @@
 #include <random>
 #include <sstream>
 
+#include "board/piece_square.h"
 #include "commands.h"
-#include "eval/piece_square.h"
 #include "match_game.h"
 #include "match_referee.h"
 

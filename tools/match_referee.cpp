@@ -29,12 +29,6 @@ int legalMoves(const Position& position, Move* list) {
   return legal;
 }
 
-int pieceOn(const Position& position, int colour, Square square) {
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & squareBit(square)) return piece;
-  return NoPiece;
-}
-
 // The board's key names an en-passant square whenever an enemy pawn stands
 // beside the pawn that double-stepped; the rules of repetition only count it
 // when the capture can really be played (not when the capturer is pinned).

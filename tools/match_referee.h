@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "board/types.h"
+#include "base/types.h"
 
 enum class Ending { None, Checkmate, Stalemate, Repetition, FiftyMoves, Material };
 

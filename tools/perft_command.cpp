@@ -8,9 +8,9 @@
 
 #include "board/fen.h"
 #include "board/make_move.h"
+#include "board/piece_square.h"
 #include "board/queries.h"
 #include "commands.h"
-#include "eval/piece_square.h"
 #include "moves/generate.h"
 #include "moves/perft.h"
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 struct ReferenceFingerprint {
   const char* fen;       // the four FEN fields of the row

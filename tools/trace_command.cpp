@@ -36,10 +36,10 @@ void printIterations(int depth) {
   std::printf("iter  move    score        nodes   searchNode     searchPv  searchQuiet  passes\n");
   for (int d = 1; d <= depth; ++d) {
     char text[8];
-    moveToText(depthMove[d], text);
+    moveToText(mainSearch.depthMove[d], text);
     const SearchTrace& trace = depthTrace[d];
     std::printf("%4d  %-5s  %6d %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %7" PRIu64 "\n", d, text,
-                depthScore[d], depthNodes[d], trace.nodeEntries, trace.pvEntries, trace.quietEntries,
+                mainSearch.depthScore[d], mainSearch.depthNodes[d], trace.nodeEntries, trace.pvEntries, trace.quietEntries,
                 trace.rootPasses);
   }
 }
@@ -82,7 +82,7 @@ int traceCommand(int argc, char** argv) {
   prepareBatchSearch(seed);
 
   char fen[512] = "";
-  uint64_t cacheHitsBefore = evalCacheHits, probesBefore = etableProbes, etableHitsBefore = etableHits;
+  uint64_t cacheHitsBefore = evalCaches.evalCacheHits, probesBefore = evalCaches.etableProbes, etableHitsBefore = evalCaches.etableHits;
   if (rowGiven) {
     searchTestRow(row, fen);
     depth = testSearchDepth;
@@ -106,6 +106,6 @@ int traceCommand(int argc, char** argv) {
   printCounters(depth, byIteration);
   std::printf("\nevaluation, whole search: cache hits %" PRIu64 ", etable probes %" PRIu64 ", etable hits %" PRIu64
               "\n",
-              evalCacheHits - cacheHitsBefore, etableProbes - probesBefore, etableHits - etableHitsBefore);
+              evalCaches.evalCacheHits - cacheHitsBefore, evalCaches.etableProbes - probesBefore, evalCaches.etableHits - etableHitsBefore);
   return 0;
 }

@@ -2,7 +2,7 @@
 // pawn check origins and the magic-multiplier lookups of the sliders.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 extern Bitboard knightAttacks[64];
 extern Bitboard kingAttacks[64];

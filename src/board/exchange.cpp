@@ -1,6 +1,7 @@
 #include "board/exchange.h"
 
 #include "board/attacks.h"
+#include "board/queries.h"
 
 namespace {
 
@@ -12,12 +13,6 @@ constexpr int exchangeFirstValue[7] = {0, 1, 3, 3, 5, 9, 999};
 constexpr int hangingFirstValue[7] = {0, 2, 6, 7, 10, 19, 999};
 constexpr int laterValue[7] = {0, 1, 3, 3, 5, 10, 999};
 
-int pieceOn(const Position& position, int colour, Square square) {
-  Bitboard bit = squareBit(square);
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
 
 // Everything of colour c that would reach `square` over an empty board.
 // Sliders behind other pieces are included; the blocking test comes when a

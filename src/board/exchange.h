@@ -1,7 +1,7 @@
 // Static exchange values: what a series of captures on one square yields.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // In pawn units from the mover's view; flip 1 lets the side not to move make
 // the move. 0 for en passant, castling and rook or bishop promotions.

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
+#include "base/log.h"
 #include "board/keys.h"
 #include "board/queries.h"
-#include "shell/engine_exit.h"
-#include "shell/log.h"
 
 namespace {
 
@@ -142,7 +142,7 @@ void moveToText(Move move, char* buffer) {
 }
 
 void logBoard(const Position& position) {
-  if (!logFile) return;
+  if (!engineLog.file) return;
   const Position& p = position;
   char parentMove[8] = "N/A";
   if (p.previous) moveToText(p.previous->lastMove, parentMove);

@@ -1,7 +1,7 @@
 // FEN text into a position, moves into coordinate text, and the board block of the log.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 constexpr const char* startPositionFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
 

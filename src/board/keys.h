@@ -1,7 +1,7 @@
 // Zobrist keys of the position, the pawn structure and the material.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // [colour][piece][square]. Row 0 of white holds the side keys (entry 0 white
 // to move, entry 1 black to move); row 0 of black the en-passant keys by square.

@@ -1,20 +1,15 @@
 #include "board/make_move.h"
 
+#include "base/log.h"
+#include "base/score_pair.h"
 #include "board/fen.h"
 #include "board/keys.h"
-#include "eval/piece_square.h"
-#include "eval/score_pair.h"
-#include "shell/log.h"
-#include "shell/search_flags.h"
+#include "board/piece_square.h"
+#include "board/queries.h"
+
+NodeCounter nodeCounter;
 
 namespace {
-
-// The first slot of colour that holds the bit, pawn to king; 0 if none does.
-int pieceOn(const Position& p, int colour, Bitboard bit) {
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (p.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
 
 void addScore(Position& p, int index) { p.pstScore = scorePairAdd(p.pstScore, pieceSquare[index]); }
 void takeScore(Position& p, int index) {
@@ -33,7 +28,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   d.lastMove = move;
   d.movedPiece = 0;
   d.capturedPiece = 0;
-  if (!stopSearch) ++nodeCount;
+  if (!nodeCounter.frozen) ++nodeCounter.nodes;
 
   const int c = sideToMove(source);
   const int e = c ^ 1;
@@ -55,7 +50,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   const Bitboard F = squareBit(from);
   const Bitboard T = squareBit(to);
 
-  const int p = pieceOn(source, c, F);
+  const int p = pieceOn(source, c, from);
   if (p == NoPiece) {
     char text[8];
     moveToText(move, text);
@@ -131,7 +126,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   }
 
   if (d.pieces[e][0] & T) {
-    const int q = pieceOn(d, e, T);
+    const int q = pieceOn(d, e, to);
     if (q == King) logPrintf("ERROR: king capture here\n");
     d.capturedPiece = q;
     d.hashKey ^= pieceKeys[pieceIndex(e, q, to)];

@@ -1,7 +1,19 @@
 // The only way a position changes: copy the record and apply one move.
 #pragma once
 
-#include "board/types.h"
+#include <cstdint>
+
+#include "base/types.h"
+
+// The search's node count is the number of positions makeMove makes. Once a
+// search is told to stop, the count is frozen: the moves it makes on its way
+// back search nothing and count for nothing.
+struct NodeCounter {
+  uint64_t nodes = 0;
+  int32_t frozen = 0;
+};
+
+extern NodeCounter nodeCounter;
 
 // Copies source into destination and plays move there (0 is the null move),
 // keeping every key and sum up to date and counting a node. No legality test

@@ -1,7 +1,16 @@
-// Attack and check questions about a position.
+// Attack and check questions about a position, and what stands where.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
+
+// The piece of colour on the square, looked for from pawn to king; NoPiece
+// if the square holds none of colour's pieces.
+inline int pieceOn(const Position& position, int colour, Square square) {
+  const Bitboard bit = squareBit(square);
+  for (int piece = Pawn; piece <= King; ++piece)
+    if (position.pieces[colour][piece] & bit) return piece;
+  return NoPiece;
+}
 
 // All squares attacked by colour, defended own pieces included.
 Bitboard attackMap(const Position& position, int colour);

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Reads kpkBitbase, which buildKpkBitbase() must have filled.
 int32_t endKpk(const Position& position);

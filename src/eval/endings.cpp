@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
 #include "board/keys.h"
 #include "eval/endgames.h"
-#include "shell/engine_exit.h"
 
 const EndingDefinition endingList[30] = {
     {"", 0.0, 0, nullptr},

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Centipawns from white's view.
 using EndingHandler = int32_t (*)(const Position&);

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 struct EvalFrame {
   ScorePair score[2];  // the colour's terms, pawn score and pstScore aside

@@ -1,19 +1,20 @@
 #include "eval/evaluate.h"
 
+#include "base/options.h"
+#include "base/score_pair.h"
+#include "base/three_file_mask.h"
+#include "board/piece_square.h"
 #include "eval/endings.h"
 #include "eval/eval_frame.h"
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
+#include "eval/kpk.h"
 #include "eval/passers.h"
 #include "eval/pawns.h"
 #include "eval/pieces.h"
-#include "eval/score_pair.h"
 #include "eval/tables.h"
 
-EvalCacheEntry evalCache[4096];
-uint64_t etableProbes = 0;
-uint64_t etableHits = 0;
-uint64_t evalCacheHits = 0;
+EvalCaches evalCaches;
 
 namespace {
 
@@ -35,10 +36,10 @@ int passedCount(const uint8_t passed[8]) {
   return count;
 }
 
-const EtableEntry& probeEtable(const Position& position) {
-  EtableEntry& entry = etable[position.pawnKey & (etableSize - 1)];
+const EtableEntry& probeEtable(const Position& position, EvalCaches& caches) {
+  EtableEntry& entry = caches.etable[position.pawnKey & (etableSize - 1)];
   if (entry.key == position.pawnKey)
-    ++etableHits;
+    ++caches.etableHits;
   else
     computeEtableEntry(position, entry);
   return entry;
@@ -75,9 +76,29 @@ int32_t drawishEndingScale(const Position& position, const EvalFrame& frame, int
 
 }  // namespace
 
-int evaluate(const Position& position) {
-  EvalCacheEntry& cached = evalCache[position.hashKey & 0xfff];
-  if (cached.key == position.hashKey) return ++evalCacheHits, cached.score;
+void initEvaluation() {
+  // The geometry, the KPK bitbase and the king zones never change, so they
+  // are built on the first call only.
+  static bool fixedTablesBuilt = false;
+  if (!fixedTablesBuilt) {
+    initGeometry();
+    buildKpkBitbase();
+    fillThreeFileMask();
+    fixedTablesBuilt = true;
+  }
+  buildEndingTable();
+  buildWeightTables(options.kingSafetyAggressiveness);
+  initPieceSquare();
+}
+
+void clearEvaluationCaches(EvalCaches& caches) {
+  for (EtableEntry& entry : caches.etable) entry.key = 0;
+  for (EvalCacheEntry& entry : caches.evalCache) entry.key = 0;
+}
+
+int evaluate(const Position& position, EvalCaches& caches) {
+  EvalCacheEntry& cached = caches.evalCache[position.hashKey & 0xfff];
+  if (cached.key == position.hashKey) return ++caches.evalCacheHits, cached.score;
 
   const EndingRow& ending = endingTable[position.materialKey & 0xfff];
   double factor = 1.0;
@@ -91,8 +112,8 @@ int evaluate(const Position& position) {
     correction = ending.correction * 96;
   }
 
-  ++etableProbes;
-  const EtableEntry& entry = probeEtable(position);
+  ++caches.etableProbes;
+  const EtableEntry& entry = probeEtable(position, caches);
 
   EvalFrame frame;
   prepareFrame(position, frame);

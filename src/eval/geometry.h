@@ -2,7 +2,7 @@
 // square colours and the like. Filled once by initGeometry().
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 extern Bitboard forwardRanks[2][64];     // all ranks strictly ahead of the square for the colour
 extern Bitboard fileOf[64];              // the whole file of the square

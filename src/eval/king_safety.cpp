@@ -1,11 +1,11 @@
 #include "eval/king_safety.h"
 
+#include "base/fills.h"
+#include "base/score_pair.h"
+#include "base/three_file_mask.h"
 #include "board/attacks.h"
 #include "board/exchange.h"
-#include "eval/pawns.h"
-#include "eval/score_pair.h"
 #include "eval/tables.h"
-#include "shell/three_file_mask.h"
 
 namespace {
 

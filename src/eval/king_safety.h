@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "eval/eval_frame.h"
 
 // What the colour's remaining castling rights are worth.

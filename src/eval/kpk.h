@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 constexpr int kpkBitbaseBytes = 24576;
 

@@ -1,8 +1,8 @@
 #include "eval/passers.h"
 
+#include "base/score_pair.h"
 #include "board/attacks.h"
 #include "eval/geometry.h"
-#include "eval/score_pair.h"
 #include "eval/tables.h"
 
 // The further the own king from the stop square, the less the pawn is worth;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "eval/eval_frame.h"
 
 // [pawn index n][king's distance to the stop square]: end-half values.

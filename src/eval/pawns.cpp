@@ -2,12 +2,11 @@
 
 #include <cstring>
 
+#include "base/score_pair.h"
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
-#include "eval/score_pair.h"
 #include "eval/tables.h"
 
-EtableEntry etable[etableSize];
 
 PawnWords pawnWords(int colour, Bitboard own, Bitboard enemy) {
   PawnWords w;

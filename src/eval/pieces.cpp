@@ -1,10 +1,10 @@
 #include "eval/pieces.h"
 
+#include "base/score_pair.h"
 #include "board/attacks.h"
 #include "eval/geometry.h"
 #include "eval/king_safety.h"
 #include "eval/pawns.h"
-#include "eval/score_pair.h"
 #include "eval/tables.h"
 
 constexpr ScorePair knightMobility[16] = {

@@ -2,7 +2,7 @@
 // queens, the threats between the two sides, and the late bitboard counts.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 #include "eval/eval_frame.h"
 
 extern const ScorePair knightMobility[16];

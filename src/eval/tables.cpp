@@ -1,15 +1,6 @@
 #include "eval/tables.h"
 
-#include "eval/endings.h"
-#include "eval/evaluate.h"
-#include "eval/geometry.h"
-#include "eval/kpk.h"
-#include "eval/pawns.h"
-#include "eval/piece_square.h"
-#include "eval/score_pair.h"
-#include "search/hash_table.h"
-#include "shell/options.h"
-#include "shell/three_file_mask.h"
+#include "base/score_pair.h"
 
 ScorePair doubledPawn[9];
 ScorePair connectedPawn[9];
@@ -61,10 +52,6 @@ constexpr int stormSource[8] = {6, 0, 0, 6, 13, 45, 0, 0};
 // A passed pawn's worth by rank from its own side; candidates get three quarters.
 constexpr int32_t passerBase[8][2] = {{0, 0},     {14, 23},   {14, 23},    {94, 163},
                                       {254, 443}, {494, 863}, {814, 1423}, {0, 0}};
-
-// The geometry, the KPK bitbase and the king zones never change, so they are
-// built on the first call only; later calls just rebuild what options touch.
-bool fixedTablesBuilt = false;
 
 ScorePair times(int32_t open, int32_t end, int32_t count) {
   return scorePairMul(makeScorePair(open, end), makeScorePair(count, count));
@@ -160,27 +147,10 @@ void buildPhasePieceValues() {
 
 }  // namespace
 
-void initEvaluation() {
-  if (!fixedTablesBuilt) {
-    initGeometry();
-    buildKpkBitbase();
-    fillThreeFileMask();
-    fixedTablesBuilt = true;
-  }
-  buildEndingTable();
+void buildWeightTables(int32_t kingSafetyAggressiveness) {
   buildKingDangerTables(kingSafetyAggressiveness);
   buildCountTables();
   buildTempoShelterStorm(kingSafetyAggressiveness);
   buildCandidatePawns();
-  initPieceSquare();
   buildPhasePieceValues();
-  hashClear();
-  clearEvaluationCaches();
-}
-
-void clearEvaluationCaches() {
-  // Both hold values of the former option setting: the pawn rows their
-  // shelter and storm sums, the position cache whole evaluations.
-  for (EtableEntry& entry : etable) entry.key = 0;
-  for (EvalCacheEntry& entry : evalCache) entry.key = 0;
 }

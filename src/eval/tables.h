@@ -1,12 +1,12 @@
 // The evaluation's computed tables: per-count terms, king danger, shelter and
 // storm, tempo, candidate passers and the piece values that quiescence reads.
-// initEvaluation() builds them, and everything else the evaluation needs,
-// from a few dozen constants and the King Safety Aggressiveness option.
+// buildWeightTables() fills them from a few dozen constants and the King
+// Safety Aggressiveness option.
 #pragma once
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Row i is a constant pair times the count i (or a stated function of i).
 extern ScorePair doubledPawn[9];
@@ -56,11 +56,5 @@ extern ScorePair candidatePawn[2][64];
 // (row 0) to the opening (row 96).
 extern int32_t phasePieceValues[97][7];
 
-// Builds all evaluation tables, the ending table, the piece-square tables
-// and the fixed geometry, then clears the transposition table and both
-// evaluation caches.
-void initEvaluation();
-
-// Forgets every position and pawn structure the evaluation has cached, so
-// that no value worked out under a former option setting is read again.
-void clearEvaluationCaches();
+// Fills the weight tables; those of the king's safety scale with the option.
+void buildWeightTables(int32_t kingSafetyAggressiveness);

@@ -107,17 +107,6 @@ Move* writeLineTargets(Move* out, Square from, Bitboard targets, Bitboard occupi
   return out;
 }
 
-int pieceAt(const Position& position, int colour, Square square) {
-  Bitboard bit = squareBit(square);
-  const Bitboard* own = position.pieces[colour];
-  if (own[King] & bit) return King;
-  if (own[Queen] & bit) return Queen;
-  if (own[Rook] & bit) return Rook;
-  if (own[Bishop] & bit) return Bishop;
-  if (own[Knight] & bit) return Knight;
-  if (own[Pawn] & bit) return Pawn;
-  return NoPiece;
-}
 
 // Moves of the one piece that blocks an own slider's line to the enemy king:
 // stepping off the line uncovers check. `lineRays` is the ray table of the
@@ -137,7 +126,7 @@ Move* writeDiscoveries(const Position& position, Move* out, Bitboard sliders, co
     Bitboard blockers = between[s][ek] & occupied;
     if (popCount(blockers) != 1 || (blockers & own) == 0) continue;
     Square x = lowestSquare(blockers);
-    switch (pieceAt(position, c, x)) {
+    switch (pieceOn(position, c, x)) {
       case Pawn:
         // A pawn on the king's file pushes along the rank or file line and
         // keeps blocking it.
@@ -483,7 +472,7 @@ int isPseudoLegal(const Position& position, Move move) {
   if ((own & squareBit(from)) == 0 || (own & squareBit(to)) != 0) return 0;
 
   Bitboard occupied = occupiedSquares(position);
-  int piece = pieceAt(position, c, from);
+  int piece = pieceOn(position, c, from);
   if (piece != Pawn && (kind == KindDoubleStep || isPromotion(move))) return 0;
   switch (piece) {
     case Knight:

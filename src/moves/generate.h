@@ -3,7 +3,7 @@
 // picker's sort is stable and leaves ties in generation order.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Room for any list a generator can write in a position reached by legal play.
 constexpr int maxGeneratedMoves = 320;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Number of legal move sequences of exactly depth plies; 1 at depth 0.
 uint64_t perft(const Position& position, int depth);

@@ -1,6 +1,7 @@
 #include "moves/picker.h"
 
 #include "board/exchange.h"
+#include "board/queries.h"
 
 const int32_t stageTable[5][10] = {
     {StageHash, StageCaptures, StageKillerA, StageKillerB, StageQuiets, StageDeferred, StageEnd, 0, 0, 0},
@@ -10,9 +11,6 @@ const int32_t stageTable[5][10] = {
     {StageHash, StageEvasions, StageDeferred, StageEnd, 0, 0, 0, 0, 0, 0},
 };
 
-Move killer1[256];
-Move killer2[256];
-HistoryEntry history[2][8][64];
 
 namespace {
 
@@ -23,12 +21,6 @@ constexpr uint32_t evasionPromotionKey = 0x79180000;  // 31000
 constexpr uint32_t evasionEnPassantKey = 0x75300000;  // 30000
 constexpr uint32_t knightCheckKey = 0x00630000;       // 99
 
-int pieceOn(const Position& position, int colour, Square square) {
-  Bitboard bit = squareBit(square);
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
 
 // The key is a signed 16-bit number, so the shift keeps the sign.
 int32_t sortKey(uint32_t word) { return static_cast<int32_t>(word) >> 16; }
@@ -36,9 +28,9 @@ int32_t sortKey(uint32_t word) { return static_cast<int32_t>(word) >> 16; }
 // How often a move of this piece to this square has been good when it was
 // tried, scaled to 0..16383. A counter that outgrows the scale wraps in the
 // word: only the low bits of the quotient are kept.
-uint32_t historyRate(const Position& position, Move move) {
+uint32_t historyRate(const MoveHistory& history, const Position& position, Move move) {
   int colour = sideToMove(position);
-  const HistoryEntry& entry = history[colour][pieceOn(position, colour, moveFrom(move))][moveTo(move)];
+  const HistoryEntry& entry = history.entries[colour][pieceOn(position, colour, moveFrom(move))][moveTo(move)];
   return static_cast<uint32_t>((entry.good << 14) / (entry.tried + 1));
 }
 
@@ -69,7 +61,7 @@ void scoreCaptures(MovePicker& picker) {
 
 void scoreQuiets(MovePicker& picker) {
   for (int i = 0; i < picker.moveCount; ++i)
-    picker.moves[i] |= historyRate(*picker.position, picker.moves[i]) << 16;
+    picker.moves[i] |= historyRate(*picker.history, *picker.position, picker.moves[i]) << 16;
 }
 
 // Replies to check: promotions, then captures of whatever can be taken, then
@@ -89,7 +81,7 @@ void scoreEvasions(MovePicker& picker) {
       int attacker = pieceOn(position, us, moveFrom(word));
       word |= static_cast<uint32_t>(15000 + 8 * victim - attacker) << 17;
     } else {
-      word |= (historyRate(position, word) >> 1) << 16;
+      word |= (historyRate(*picker.history, position, word) >> 1) << 16;
     }
     picker.moves[i] = word;
   }
@@ -144,8 +136,9 @@ void fillList(MovePicker& picker, int (*generate)(const Position&, Move*), void 
 
 }  // namespace
 
-void initPicker(MovePicker& picker, const Position& position, int32_t stageSet, Move hashMove, Move killerA,
-                Move killerB) {
+void initPicker(MovePicker& picker, const Position& position, const MoveHistory& history, int32_t stageSet,
+                Move hashMove, Move killerA, Move killerB) {
+  picker.history = &history;
   picker.position = &position;
   picker.stageSet = stageSet;
   picker.stageIndex = 0;

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "moves/generate.h"
 
 enum PickerStage : int32_t {
@@ -22,8 +22,11 @@ enum PickerStage : int32_t {
 // Rows of stages, each ended by 0, chosen by MovePicker::stageSet.
 extern const int32_t stageTable[5][10];
 
+struct MoveHistory;
+
 struct MovePicker {
   const Position* position;
+  const MoveHistory* history;
   int32_t stageSet;
   int32_t stageIndex;
   int32_t stage;
@@ -41,8 +44,8 @@ struct MovePicker {
 };
 
 // Fills a picker for a node: every counter cleared, list pointing at moves.
-void initPicker(MovePicker& picker, const Position& position, int32_t stageSet, Move hashMove, Move killerA,
-                Move killerB);
+void initPicker(MovePicker& picker, const Position& position, const MoveHistory& history, int32_t stageSet,
+                Move hashMove, Move killerA, Move killerB);
 
 // The next move with its key cleared, or 0 once the stages are used up.
 Move nextMove(MovePicker& picker);
@@ -52,6 +55,9 @@ struct HistoryEntry {
   uint64_t tried;
 };
 
-extern Move killer1[256];
-extern Move killer2[256];
-extern HistoryEntry history[2][8][64];  // [mover colour][piece][to-square]
+// How often a quiet move of a piece to a square succeeded, of the times it
+// was tried: [mover colour][piece][to-square]. The search keeps one and the
+// picker orders quiet moves by it.
+struct MoveHistory {
+  HistoryEntry entries[2][8][64];
+};

@@ -70,9 +70,9 @@ int moveThreat(const Position& position) {
   return 0;
 }
 
-int countEvasions(const Position& position) {
+int countEvasions(const Position& position, const MoveHistory& history) {
   MovePicker picker;
-  initPicker(picker, position, 4, 0, 0, 0);
+  initPicker(picker, position, history, 4, 0, 0, 0);
   int mover = sideToMove(position);
   int count = 0;
   Position child;

@@ -1,10 +1,11 @@
 // Two small questions the searches ask about a position.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
+#include "moves/picker.h"
 
 // 0 if the piece that just moved threatens nothing worth a look; 2 if it
 // attacks something bigger than itself; 1 if it wins an exchange.
 int moveThreat(const Position& position);
 // Legal replies to check, counted up to 3.
-int countEvasions(const Position& position);
+int countEvasions(const Position& position, const MoveHistory& history);

@@ -1,7 +1,7 @@
 #include "search/draws.h"
 
+#include "base/options.h"
 #include "board/keys.h"
-#include "shell/options.h"
 
 uint64_t drawnMaterialKeys[drawnMaterialCount];
 
@@ -26,7 +26,7 @@ void fillDrawnMaterialKeys() {
   for (int i = 0; i < drawnMaterialCount; ++i) drawnMaterialKeys[i] = keys[i];
 }
 
-int drawValue(int ply) { return (ply & 1) ? -drawScore : drawScore; }
+int drawValue(int ply) { return (ply & 1) ? -options.drawScore : options.drawScore; }
 
 bool isDrawnMaterial(const Position& position, int ply) {
   if (position.phase > 8 || ply <= 2 || position.inCheck) return false;

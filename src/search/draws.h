@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 // materialKey of the material that can't win, kings aside, white first: none
 // v none, N v none, none v N, B v none, none v B, N v N, B v B, N v B, B v N,

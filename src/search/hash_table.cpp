@@ -66,7 +66,7 @@ void hashAdvanceAge() { hashTable.age = (hashTable.age + 1) & 255; }
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move) {
   if (hashTable.buckets == nullptr) return;
   if (score < -storeLimit || score > storeLimit) return;
-  ++searchTrace.hashStores;
+  traceCount(&SearchTrace::hashStores);
   HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
   uint8_t age = static_cast<uint8_t>(hashTable.age);
 
@@ -102,10 +102,10 @@ void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t m
 
 const HashEntry* hashProbe(uint64_t key) {
   if (hashTable.buckets == nullptr) return nullptr;
-  ++searchTrace.hashProbes;
+  traceCount(&SearchTrace::hashProbes);
   const HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
   for (const HashEntry& entry : bucket.entries)
-    if (entry.key == key) return ++searchTrace.hashHits, &entry;
+    if (entry.key == key) return traceCount(&SearchTrace::hashHits), &entry;
   return nullptr;
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "search/conventions.h"
+
 struct HashEntry {
   uint64_t key;    // whole hashKey; 0 means never used
   int16_t score;   // mate scores stored as distance from this node
@@ -29,9 +31,6 @@ constexpr int boundUpper = 1;
 constexpr int boundLower = 2;
 constexpr int boundExact = 3;
 
-constexpr int mateScore = 32000;
-constexpr int mateThreshold = 31800;    // larger magnitudes count as mate scores
-constexpr int mateShiftLimit = 31799;   // stored scores beyond this move with the ply
 constexpr int storeLimit = 32500;
 
 // The number of buckets a table of sizeMb megabytes gets: 0.51 times the

@@ -1,9 +1,9 @@
 #include "moves/picker.h"
 #include "search/search_common.h"
 
-void creditHistory(const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth) {
+void creditHistory(MoveHistory& history, const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth) {
   for (int i = 0; i < count; ++i) {
-    HistoryEntry& entry = history[colour][tried[i].piece][tried[i].to];
+    HistoryEntry& entry = history.entries[colour][tried[i].piece][tried[i].to];
     entry.tried += halfDepth;
     if (i == bestIndex) entry.good += halfDepth;
     if (entry.tried > 25) {
@@ -13,8 +13,8 @@ void creditHistory(const TriedQuiet* tried, int count, int bestIndex, int colour
   }
 }
 
-void recordKiller(Move move, int ply) {
-  if (killer1[ply] == move) return;
-  killer2[ply] = killer1[ply];
-  killer1[ply] = move;
+void recordKiller(SearchState& state, Move move, int ply) {
+  if (state.killer1[ply] == move) return;
+  state.killer2[ply] = state.killer1[ply];
+  state.killer1[ply] = move;
 }

@@ -1,5 +1,8 @@
+#include <array>
+#include <cmath>
 #include <cstdlib>
 
+#include "base/options.h"
 #include "board/attacks.h"
 #include "board/exchange.h"
 #include "board/make_move.h"
@@ -10,17 +13,29 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/options.h"
-#include "shell/search_flags.h"
-
-int futilityMargin[24];
-int hangingMargin[20];
 
 namespace {
+
+// How far below beta a shallow node (depth in half plies) may stand and
+// still be lifted by a quiet move: below that only captures and checks are
+// tried.
+constexpr std::array<int, 24> futilityMargin = [] {
+  std::array<int, 24> margin{};
+  for (int i = 0; i < 24; ++i) margin[i] = 2 * i * i + 60;
+  return margin;
+}();
+// What the worst hanging piece (by its scaled value) adds to the static
+// null-move margin: growing fast for the first pieces, slowly after.
+const std::array<int, 20> hangingMargin = [] {
+  std::array<int, 20> margin{};
+  for (int i = 0; i < 20; ++i) margin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
+  return margin;
+}();
 
 // Margins by remaining depth in half plies (index 2..7 and 2..5).
 constexpr int staticMargin[8] = {0, 0, 110, 115, 125, 130, 140, 160};
@@ -32,31 +47,22 @@ constexpr int lateMoveLimit[2][10] = {
 };
 constexpr Bitboard sixthRank[2] = {0x0000ff0000000000ULL, 0x0000000000ff0000ULL};
 
-// How the futility limit reads 2^s when s is negative (nodeParity 1 with
-// newDepth 4 or 5). The choices: the term is 0; so large that the test never
-// fires; so negative that it always fires; what a 32-bit shift by s & 31
-// gives, with the sum wrapped to 32 bits; or that shift taken as a signed
-// 32-bit term in a sum that doesn't wrap (2^30 never fires, -2^31 always).
-enum class NegativePowerReading { Zero, NeverFires, AlwaysFires, Wrapped32, Shifted32Unwrapped };
-constexpr NegativePowerReading negativePowerReading = NegativePowerReading::Wrapped32;
-
+// Beta above this limit lets the two futility tests of a quiet late move run
+// (a losing exchange or no threat prunes it). The margin 2^s doubles with
+// each ply of depth left. Where s falls below zero (new depth 4 or 5 at an
+// odd distance from the PV), the term is what a 32-bit sum makes of it:
+// s = -1 adds 2^31, which wraps a rest of zero or more below every beta, so
+// the tests always run at new depth 5 unless the rest is negative, when the
+// sum lands above every beta instead; s = -2 adds 2^30, which no beta
+// reaches, so they never run at new depth 4. The search was tuned with
+// those readings, and its results depend on them.
 int64_t futilityLimit(int eval, int s, int newDepth, int moveCount) {
-  int64_t rest = int64_t{eval} + 20 + 2 * newDepth - 3 * moveCount;
+  const int64_t rest = int64_t{eval} + 20 + 2 * newDepth - 3 * moveCount;
   if (s >= 0) return rest + (int64_t{1} << s);
-  switch (negativePowerReading) {
-    case NegativePowerReading::Zero: return rest;
-    // The move is pruned when beta exceeds the limit: a huge limit never lets
-    // that happen, a hugely negative one always does.
-    case NegativePowerReading::NeverFires: return INT64_MAX / 2;
-    case NegativePowerReading::AlwaysFires: return INT64_MIN / 2;
-    case NegativePowerReading::Wrapped32: {
-      uint32_t term = uint32_t{1} << (static_cast<uint32_t>(s) & 31);
-      return static_cast<int32_t>(static_cast<uint32_t>(rest) + term);
-    }
-    case NegativePowerReading::Shifted32Unwrapped:
-      return rest + static_cast<int32_t>(uint32_t{1} << (static_cast<uint32_t>(s) & 31));
-  }
-  return rest;
+  const int64_t aboveEveryBeta = INT64_MAX / 2;
+  const int64_t belowEveryBeta = INT64_MIN / 2;
+  if (s == -1 && rest >= 0) return belowEveryBeta;
+  return aboveEveryBeta;
 }
 
 bool opponentPawnOnSeventh(const Position& position, int them) {
@@ -65,35 +71,35 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 
 }  // namespace
 
-int searchNode(Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
-  // 1. Entry.
-  if (stopSearch) return 0;
+int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
+  // Entry: the stop, the input poll and the killers this node starts with.
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.nodeEntries;
-  const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
-  const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
-  // 2. Drawn material.
+  traceCount(&SearchTrace::nodeEntries);
+  const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
+  const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
+  // Drawn material and the deepest ply.
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   Move scratch[lineLength] = {};
-  // 3. Horizon: a quiet node gets one more ply only if the move that led here
+  // Horizon: a quiet node gets one more ply only if the move that led here
   // threatens something and the score stands just above beta.
   if (depth < 2) {
     if (depth < 0 || position.horizonExtensions || excludedMove || inCheck || moveThreat(position) == 0)
-      return searchQuiet(position, beta - 1, beta, 0, ply, line);
-    ++searchTrace.nodeHorizonTests;
-    int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
+      return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
+    traceCount(&SearchTrace::nodeHorizonTests);
+    int value = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (beta <= value && value < beta + 75) {
-      ++searchTrace.nodeHorizonExtensions;
+      traceCount(&SearchTrace::nodeHorizonExtensions);
       position.horizonExtensions = 1;
-      return searchNode(position, beta, depth + 2, ply, scratch, 0, noNull);
+      return searchNode(state, position, beta, depth + 2, ply, scratch, 0, noNull);
     }
-    return searchQuiet(position, beta - 1, beta, 0, ply, line);
+    return searchQuiet(state, position, beta - 1, beta, 0, ply, line);
   }
 
-  // 4. Hash probe.
+  // Hash probe.
   line[0] = 0;
   int hashScore = 0;
   Move hashMove = 0;
@@ -106,51 +112,50 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
       if (depth <= hit->depth) {
         int stored = scoreFromStore(hit->score, ply);
         if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta))
-          return ++searchTrace.nodeHashCutoffs, stored;
+          return traceCount(&SearchTrace::nodeHashCutoffs), stored;
       }
     }
   }
 
-  // 5. Static evaluation.
+  // Static evaluation.
   const int us = sideToMove(position);
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
   }
 
-  // 6. Hopeless node.
-  if (depth <= 7 && !inCheck && eval < beta - 1250) return ++searchTrace.hopelessReturns, eval;
+  // Hopeless node: far below beta near the horizon.
+  if (depth <= 7 && !inCheck && eval < beta - 1250) return traceCount(&SearchTrace::hopelessReturns), eval;
 
-  // 7. Winning without counterplay: search it less deeply.
+  // Winning without counterplay: search it less deeply.
   if (depth >= 4 && !inCheck && eval > 400 && !position.pieces[them][Queen] && !opponentPawnOnSeventh(position, them))
-    depth -= 2, ++searchTrace.winningDepthCuts;
+    depth -= 2, traceCount(&SearchTrace::winningDepthCuts);
 
-  // 8.
   const int parity = nodeParity(ply, position);
 
-  // 9. Internal iterative deepening.
+  // Internal iterative deepening: a node without a hash move finds one.
   bool nullMoveAllowed = true;
   if (eval >= beta - 99 && hashMove == 0 && depth > 9) {
-    ++searchTrace.nodeIidSearches;
-    hashScore = searchNode(position, beta + 5, depth - 8, ply, scratch, 0, 1);
+    traceCount(&SearchTrace::nodeIidSearches);
+    hashScore = searchNode(state, position, beta + 5, depth - 8, ply, scratch, 0, 1);
     hashMove = scratch[0];
-    if (hashScore < beta + 5) nullMoveAllowed = false, ++searchTrace.nodeIidNullBlocks;
+    if (hashScore < beta + 5) nullMoveAllowed = false, traceCount(&SearchTrace::nodeIidNullBlocks);
   }
 
   Position child;
-  // 10. Null-move rules.
-  if (nullMoveAllowed && !noNull && nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
-    // The slot may hold something new since step 4; read it once more.
+  // Null-move rules: static margins near the horizon, a null-move search deeper.
+  if (nullMoveAllowed && !noNull && options.nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
+    // The slot may hold something new since the hash probe; read it once more.
     int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
     if (nullEval >= beta + 5) {
       if (depth <= 5) {
-        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullMargins, beta;
+        if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return traceCount(&SearchTrace::staticNullMargins), beta;
         int hanging = opponentPawnOnSeventh(position, them) ? 15 : -worstHanging(position);
-        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return ++searchTrace.staticNullHanging, beta;
+        if (nullEval - threatMargin[depth] - hangingMargin[hanging] >= beta) return traceCount(&SearchTrace::staticNullHanging), beta;
       } else {
-        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return ++searchTrace.staticNullDeep, beta;
+        if (depth <= 7 && eval + (1 - parity) * 70 - staticMargin[depth] >= beta) return traceCount(&SearchTrace::staticNullDeep), beta;
         int reduction;
         if (position.phase < 24)
           reduction = (depth - 8) / 12 + 2 + (nullEval > beta + 220 ? 1 : 0);
@@ -158,55 +163,55 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
           reduction = (depth - 8) / 8 + 3 + (nullEval > beta + 110 ? 1 : 0);
         // Pawns and king alone risk zugzwang: no null move there.
         Bitboard pieces = position.pieces[us][0] & ~position.pieces[us][Pawn] & ~position.pieces[us][King];
-        searchTrace.nullMoveZugzwangSkips += pieces ? 0 : 1;
+        traceCount(&SearchTrace::nullMoveZugzwangSkips, pieces == 0);
         if (pieces) {
-          ++searchTrace.nullMoveSearches;
+          traceCount(&SearchTrace::nullMoveSearches);
           makeMove(position, child, 0);
-          int value = -searchNode(child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
-          if (stopSearch) return 0;
-          if (std::abs(value) <= mateThreshold && value >= beta) return ++searchTrace.nullMoveCutoffs, beta;
+          int value = -searchNode(state, child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
+          if (searchLimits.stop) return 0;
+          if (std::abs(value) <= mateThreshold && value >= beta) return traceCount(&SearchTrace::nullMoveCutoffs), beta;
         }
       }
     }
   }
 
-  // 11. Razoring.
+  // Razoring: far below beta, a quiescence search decides.
   const int halfDepth = depth >> 1;
   if (!inCheck) {
     bool razorAllowed = hashMove == 0 && position.lastMove != 0 && !(position.pieces[us][Pawn] & seventhRank[us]);
     if (halfDepth == 1) {
-      if (eval < beta - 120 && razorAllowed) return ++searchTrace.razorShallowReturns, searchQuiet(position, beta - 1, beta, 0, ply, scratch);
+      if (eval < beta - 120 && razorAllowed) return traceCount(&SearchTrace::razorShallowReturns), searchQuiet(state, position, beta - 1, beta, 0, ply, scratch);
     } else if (depth >= 4 && depth <= 9 && std::abs(beta) <= mateThreshold) {
       int target = beta - (120 + 20 * (depth - 2));
       if (eval < target && razorAllowed) {
-        ++searchTrace.razorDeepSearches;
-        int value = searchQuiet(position, target - 1, target, 0, ply, scratch);
-        if (stopSearch) return 0;
-        if (value < target) return ++searchTrace.razorDeepCutoffs, value;
+        traceCount(&SearchTrace::razorDeepSearches);
+        int value = searchQuiet(state, position, target - 1, target, 0, ply, scratch);
+        if (searchLimits.stop) return 0;
+        if (value < target) return traceCount(&SearchTrace::razorDeepCutoffs), value;
       }
     }
   }
 
-  // 12. Choosing the moves.
+  // Choosing the moves.
   MovePicker picker;
-  int bestScore = -32001;
+  int bestScore = -fullWindow;
   int moveCount = 0;
   bool singleReply = false;
   if (inCheck) {
-    initPicker(picker, position, 4, hashMove, 0, 0);
-    singleReply = halfDepth > 6 && countEvasions(position) == 1;
-    searchTrace.singleReplyNodes += singleReply ? 1 : 0;
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
+    singleReply = halfDepth > 6 && countEvasions(position, state.history) == 1;
+    traceCount(&SearchTrace::singleReplyNodes, singleReply);
   } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
     // Only captures and checks can lift this node; eval stands as the score to beat.
-    ++searchTrace.capturesOnlyNodes;
-    initPicker(picker, position, 2, hashMove, 0, 0);
+    traceCount(&SearchTrace::capturesOnlyNodes);
+    initPicker(picker, position, state.history, 2, hashMove, 0, 0);
     bestScore = eval;
     moveCount = 1;
   } else {
-    initPicker(picker, position, 0, hashMove, killer1[ply], killer2[ply]);
+    initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
   }
 
-  // 13. The move loop.
+  // The move loop.
   TriedQuiet triedQuiets[maxGeneratedMoves];
   int triedCount = 0;
   // A draw that cuts off reaches the update before its own class is worked
@@ -222,121 +227,121 @@ int searchNode(Position& position, int beta, int depth, int ply, Move* line, Mov
     const Square to = moveTo(move);
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
-    // 13.2 Late move pruning.
+    // Late move pruning.
     if (depth <= 7 && !inCheck && !isKiller && moveCount > lateMoveLimit[parity][depth] && kind <= 1 &&
         !(position.pieces[them][0] & squareBit(to)) &&
         !(position.pieces[us][Pawn] & sixthRank[us] & squareBit(from)) && !givesCheck(position, move))
-      { ++searchTrace.lateMovePrunes; continue; }
-    // 13.3 Under-promotions only where the knight would check.
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
-    // 13.4 Exchange pruning.
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
+      { traceCount(&SearchTrace::lateMovePrunes); continue; }
+    // Under-promotions only where the knight would check.
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
+    // Exchange pruning.
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
-    // 13.5
+    // Making the move.
     if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
 
     int value;
-    // 13.6 Draw by repetition: not searched.
+    // Draw by repetition: not searched.
     if (repetitionDraw(child)) {
       value = drawValue(ply);
-      ++searchTrace.nodeRepetitions;
-      if (stopSearch) return 0;
+      traceCount(&SearchTrace::nodeRepetitions);
+      if (searchLimits.stop) return 0;
     } else {
-      // 13.7
+      // The move's class, and the quiet moves tried for the history.
       moveClassBits = moveClass(position, child, move);
-      if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
+      if (isQuietNonEvasion(moveClassBits)) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
 
-      // 13.8 Extension, in quarter plies.
+      // Extension, in quarter plies.
       int extension = singleReply ? 2 : 0;
       if (child.inCheck) {
         extension += 2;
-        ++searchTrace.nodeCheckExtensions;
-        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, ++searchTrace.queenCheckExtensions;
+        traceCount(&SearchTrace::nodeCheckExtensions);
+        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, traceCount(&SearchTrace::queenCheckExtensions);
       } else if (extension == 0 && moveCount == 1 && depth >= 6 && depth <= 13) {
         extension = 2;
-        ++searchTrace.firstMoveExtensions;
+        traceCount(&SearchTrace::firstMoveExtensions);
       }
-      // 13.9 Singular test: the hash move alone holds the score.
+      // Singular test: the hash move alone holds the score.
       if (!excludedMove && extension == 0 && move == hashMove && depth > 13) {
         int target = hashScore - 20;
-        ++searchTrace.nodeSingularTests;
-        int singular = searchNode(position, target, halfDepth, ply, scratch, move, 0);
-        if (stopSearch) return 0;
-        if (singular < target) extension = 2, ++searchTrace.nodeSingularExtensions;
+        traceCount(&SearchTrace::nodeSingularTests);
+        int singular = searchNode(state, position, target, halfDepth, ply, scratch, move, 0);
+        if (searchLimits.stop) return 0;
+        if (singular < target) extension = 2, traceCount(&SearchTrace::nodeSingularExtensions);
       }
-      // 13.10 New depth.
+      // New depth.
       if (extension > 4) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, traceCount(&SearchTrace::pawnEndingExtensions);  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
 
-      // 13.11 The piece moved out of a losing exchange into a safe square.
-      bool escapes = newDepth >= 6 && newDepth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
+      // Escape: the piece moved out of a losing exchange into a safe square.
+      bool escapes = newDepth >= 6 && newDepth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
                      exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
-      searchTrace.escapes += escapes ? 1 : 0;
+      traceCount(&SearchTrace::escapes, escapes);
 
-      // 13.12 Futility by move number.
-      if (newDepth >= 4 && newDepth <= 17 && (moveClassBits & 5) == 0 && !isKiller && bestScore >= -31900 &&
+      // Futility by move number.
+      if (newDepth >= 4 && newDepth <= 17 && isQuietNonEvasion(moveClassBits) && !isKiller && bestScore >= prunableScoreFloor &&
           moveCount >= 7) {
         int s = parity == 0 ? newDepth - 4 : newDepth - 6;
         if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
-          ++searchTrace.futilityTests;
-          searchTrace.futilityNegativePower += s < 0 ? 1 : 0;
-          if (exchangeValue(position, move, 0) < 0) { ++searchTrace.futilityPrunes; continue; }
-          if (moveThreat(child) == 0) { ++searchTrace.futilityPrunes; continue; }
+          traceCount(&SearchTrace::futilityTests);
+          traceCount(&SearchTrace::futilityNegativePower, s < 0);
+          if (exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
+          if (moveThreat(child) == 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
         }
       }
 
-      // 13.13 Late fail-low without a search.
+      // Late fail-low without a search.
       if (halfDepth == 4 && !inCheck && !child.inCheck && moveCount > lateMoveLimit[parity][depth] && !isKiller &&
-          move != hashMove && bestScore >= -31900 && moveClassBits == 0 && moveThreat(child) == 0) {
+          move != hashMove && bestScore >= prunableScoreFloor && isPlainQuiet(moveClassBits) && moveThreat(child) == 0) {
         value = beta - 1;
-        ++searchTrace.lateFailLows;
+        traceCount(&SearchTrace::lateFailLows);
       } else {
         bool searched = false;
-        // 13.14 Reduction.
+        // Reduction.
         int reduction = nodeReduction(newDepth, moveCount, parity);
-        if (newDepth >= 8 && useLmr && moveClassBits == 0 && bestScore >= -31900 && reduction >= 2 &&
+        if (newDepth >= 8 && options.useLmr && isPlainQuiet(moveClassBits) && bestScore >= prunableScoreFloor && reduction >= 2 &&
             move != hashMove && !isKiller && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - (escapes ? 2 : reduction);
           if (reduced == 2 || reduced == 3) reduced = 0;
-          ++searchTrace.nodeReductions;
-          value = -searchNode(child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
+          traceCount(&SearchTrace::nodeReductions);
+          value = -searchNode(state, child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
+          if (searchLimits.stop) return 0;
           searched = value < beta;
-          searchTrace.nodeReductionResearches += searched ? 0 : 1;
+          traceCount(&SearchTrace::nodeReductionResearches, !searched);
         }
-        // 13.15 Full search.
+        // Full search.
         if (!searched) {
-          ++searchTrace.nodeFullSearches;
-          value = -searchNode(child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
+          traceCount(&SearchTrace::nodeFullSearches);
+          value = -searchNode(state, child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
+          if (searchLimits.stop) return 0;
         }
       }
     }
 
-    // 13.16
+    // The best score so far, and a cut-off.
     if (value <= bestScore) continue;
     bestScore = value;
     if (value < beta) continue;
     cutOff = true;
-    ++searchTrace.nodeCutoffs;
+    traceCount(&SearchTrace::nodeCutoffs);
     line[0] = move;
     line[1] = 0;
-    if ((moveClassBits & 5) == 0) {
-      recordKiller(move, ply);
-      creditHistory(triedQuiets, triedCount, triedCount - 1, us, halfDepth);
+    if (isQuietNonEvasion(moveClassBits)) {
+      recordKiller(state, move, ply);
+      creditHistory(state.history, triedQuiets, triedCount, triedCount - 1, us, halfDepth);
     }
     break;
   }
 
-  // 14. The end of the node.
+  // The end of the node: mate or stalemate, and the hash store.
   if (!cutOff) {
-    if (stopSearch) return 0;
+    if (searchLimits.stop) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
-    ++searchTrace.nodeFailLows;
+    traceCount(&SearchTrace::nodeFailLows);
   }
   if (excludedMove) return bestScore;
   if (bestScore >= beta)

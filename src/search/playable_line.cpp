@@ -4,7 +4,7 @@
 #include "board/queries.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ int playableLine(const Position& root, const Move* line, Move* playable) {
   // makeMove counts every record it makes; a report must not move the
   // search's node count, or the node limit and the printed totals would
   // depend on how often the search was reported.
-  const uint64_t nodesBefore = nodeCount;
+  const uint64_t nodesBefore = nodeCounter.nodes;
   Position records[lineLength];
   const Position* current = &root;
   int length = 0;
@@ -77,6 +77,6 @@ int playableLine(const Position& root, const Move* line, Move* playable) {
     current = &child;
   }
   playable[length] = 0;
-  nodeCount = nodesBefore;
+  nodeCounter.nodes = nodesBefore;
   return length;
 }

@@ -1,7 +1,7 @@
 // What a client may be shown of a principal variation.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // Copies the part of line that can be replayed from root into playable and
 // returns its length (playable is ended by a 0 and holds lineLength words).

@@ -1,3 +1,4 @@
+#include "base/options.h"
 #include "board/attacks.h"
 #include "board/exchange.h"
 #include "board/make_move.h"
@@ -8,24 +9,23 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/options.h"
-#include "shell/search_flags.h"
 
-int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (stopSearch) return 0;
+int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.pvEntries;
+  traceCount(&SearchTrace::pvEntries);
   // Node parity below counts from the nearest PV node.
   position.pvPly = static_cast<uint8_t>(ply & 0xff);
-  const Move entryKiller1 = killer1[ply < 256 ? ply : 255];
-  const Move entryKiller2 = killer2[ply < 256 ? ply : 255];
+  const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
+  const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   const int us = sideToMove(position);
   const int them = us ^ 1;
@@ -34,8 +34,8 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
   // Horizon: extend where the score sits just below beta, or where something
   // hangs or a pawn is about to promote and the score is near the window.
   if (depth < 2) {
-    if (depth < 0 || position.horizonExtensions) return searchQuiet(position, alpha, beta, 0, ply, line);
-    int value = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    if (depth < 0 || position.horizonExtensions) return searchQuiet(state, position, alpha, beta, 0, ply, line);
+    int value = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     bool extend;
     if (beta - 99 <= value && value < beta)
       extend = true;
@@ -43,10 +43,10 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       extend = false;
     else
       extend = (position.pieces[them][Pawn] & seventhRank[them]) || worstHanging(position) != 0;
-    if (!extend) return searchQuiet(position, alpha, beta, 0, ply, line);
+    if (!extend) return searchQuiet(state, position, alpha, beta, 0, ply, line);
     position.horizonExtensions += 1;
-    ++searchTrace.pvHorizonExtensions;
-    return searchPv(position, alpha, beta, depth + 2, ply, line);
+    traceCount(&SearchTrace::pvHorizonExtensions);
+    return searchPv(state, position, alpha, beta, depth + 2, ply, line);
   }
 
   // Hash probe: never a cut-off here, and only a recent enough move counts.
@@ -60,25 +60,25 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
 
   // Internal iterative deepening with the same window.
   if (hashMove == 0 && depth > 9) {
-    ++searchTrace.pvIidSearches;
-    hashScore = searchPv(position, alpha, beta, depth - 4, ply, scratch);
-    if (stopSearch) return 0;
+    traceCount(&SearchTrace::pvIidSearches);
+    hashScore = searchPv(state, position, alpha, beta, depth - 4, ply, scratch);
+    if (searchLimits.stop) return 0;
     hashMove = scratch[0];
   }
 
   const int halfDepth = depth >> 1;
   const int singularReference = hashScore - depth / 2;
-  const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position) == 1;
-  searchTrace.pvSingleReplyNodes += singleReply ? 1 : 0;
+  const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position, state.history) == 1;
+  traceCount(&SearchTrace::pvSingleReplyNodes, singleReply);
   const Bitboard passers = passerSquares(position);
   const int alphaOnEntry = alpha;
 
   MovePicker picker;
   if (inCheck)
-    initPicker(picker, position, 4, hashMove, 0, 0);
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
   else
-    initPicker(picker, position, 0, hashMove, killer1[ply], killer2[ply]);
-  int bestScore = -32001;
+    initPicker(picker, position, state.history, 0, hashMove, state.killer1[ply], state.killer2[ply]);
+  int bestScore = -fullWindow;
   int moveCount = 0;
   int bestIndex = -1;
   TriedQuiet triedQuiets[maxGeneratedMoves];
@@ -93,8 +93,8 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     const Square to = moveTo(move);
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
-    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { ++searchTrace.underPromotionSkips; continue; }
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { ++searchTrace.nodeExchangePrunes; continue; }
+    if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     if (!makeLegalChild(position, child, move, us)) continue;
     ++moveCount;
@@ -102,10 +102,10 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     int value;
     if (repetitionDraw(child)) {
       value = drawValue(ply);
-      if (stopSearch) return 0;
+      if (searchLimits.stop) return 0;
     } else {
       moveClassBits = moveClass(position, child, move);
-      if ((moveClassBits & 5) == 0) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
+      if (isQuietNonEvasion(moveClassBits)) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
 
       // Extensions, in quarter plies.
       int extension = 0;
@@ -116,7 +116,7 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
         if (singleReply) extension = 2;
       }
       if (child.inCheck) {
-        ++searchTrace.pvCheckExtensions;
+        traceCount(&SearchTrace::pvCheckExtensions);
         noReduce = true;
         if (exchangeValue(position, move, 0) >= 0) {
           extension += 4;
@@ -127,63 +127,63 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
       }
       if (!soundCheck) {
         if (child.movedPiece == Pawn && (passers & squareBit(to))) {
-          ++searchTrace.pvPasserExtensions;
+          traceCount(&SearchTrace::pvPasserExtensions);
           extension += 2;
           noReduce = true;
         }
-        if ((moveClassBits & 5) == 1 && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
-          ++searchTrace.pvCaptureExtensions;
+        if (isCaptureNonEvasion(moveClassBits) && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
+          traceCount(&SearchTrace::pvCaptureExtensions);
           extension += 2;
           noReduce = true;
         }
         if (extension <= 3 && move == hashMove && depth > 15) {
-          ++searchTrace.pvSingularTests;
-          int singular = searchNode(position, singularReference, depth - 10, ply, scratch, move, 1);
-          if (stopSearch) return 0;
-          if (singular < singularReference) extension += 2, ++searchTrace.pvSingularExtensions;
+          traceCount(&SearchTrace::pvSingularTests);
+          int singular = searchNode(state, position, singularReference, depth - 10, ply, scratch, move, 1);
+          if (searchLimits.stop) return 0;
+          if (singular < singularReference) extension += 2, traceCount(&SearchTrace::pvSingularExtensions);
         }
       }
       if (extension >= 5) extension = 4;
-      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, ++searchTrace.pawnEndingExtensions;  // into a pawn ending
+      if (child.phase == 0 && child.capturedPiece >= 2) extension = 8, traceCount(&SearchTrace::pawnEndingExtensions);  // into a pawn ending
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
-      if (newDepth <= 9 && (moveClassBits & 5) == 0 && exchangeValue(position, makeMoveWord(from, from), 0) < 0)
+      if (newDepth <= 9 && isQuietNonEvasion(moveClassBits) && exchangeValue(position, makeMoveWord(from, from), 0) < 0)
         noReduce = true;
 
       // Search of the move.
       int reduction = pvReduction(newDepth, moveCount);
       if (moveCount == 1) {
-        value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-        if (stopSearch) return 0;
+        value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
+        if (searchLimits.stop) return 0;
       } else {
         // A piece that steps out of a losing exchange is never reduced.
-        bool rescue = depth >= 6 && depth <= 15 && (moveClassBits & 7) == 0 && child.movedPiece != King &&
+        bool rescue = depth >= 6 && depth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
                       exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
                       exchangeValue(position, move, 0) >= 0;
-        searchTrace.pvRescues += rescue ? 1 : 0;
-        if (!rescue && !noReduce && useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && moveClassBits == 0 &&
-            bestScore >= -31900 && (newDepth >= 10 || moveThreat(child) == 0)) {
+        traceCount(&SearchTrace::pvRescues, rescue);
+        if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && isPlainQuiet(moveClassBits) &&
+            bestScore >= prunableScoreFloor && (newDepth >= 10 || moveThreat(child) == 0)) {
           int reduced = newDepth - 2 - reduction;
           if (reduced == 2 || reduced == 3) reduced = 0;
-          ++searchTrace.pvReductions;
-          value = -searchNode(child, -alpha, reduced, ply + 1, scratch, 0, 0);
-          if (stopSearch) return 0;
-          if (value <= alpha) { ++searchTrace.pvReductionFailLows; continue; }
+          traceCount(&SearchTrace::pvReductions);
+          value = -searchNode(state, child, -alpha, reduced, ply + 1, scratch, 0, 0);
+          if (searchLimits.stop) return 0;
+          if (value <= alpha) { traceCount(&SearchTrace::pvReductionFailLows); continue; }
         }
-        ++searchTrace.pvZeroWindowSearches;
-        value = -searchNode(child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
-        if (stopSearch) return 0;
+        traceCount(&SearchTrace::pvZeroWindowSearches);
+        value = -searchNode(state, child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
+        if (searchLimits.stop) return 0;
         if (value > alpha) {
-          ++searchTrace.pvResearches;
-          value = -searchPv(child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-          if (stopSearch) return 0;
+          traceCount(&SearchTrace::pvResearches);
+          value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
+          if (searchLimits.stop) return 0;
         }
       }
     }
 
     if (value <= bestScore) continue;
-    if ((moveClassBits & 5) == 0) bestIndex = triedCount - 1;
+    if (isQuietNonEvasion(moveClassBits)) bestIndex = triedCount - 1;
     if (value > alpha) {
       line[0] = move;
       for (int i = 0; i < 62; ++i) line[i + 1] = scratch[i];
@@ -192,15 +192,15 @@ int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* 
     }
     bestScore = value;
     if (value >= beta) {
-      if ((moveClassBits & 5) == 0) recordKiller(move, ply);
+      if (isQuietNonEvasion(moveClassBits)) recordKiller(state, move, ply);
       break;
     }
   }
 
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
   // A PV node teaches the history without a cut-off.
-  if (bestIndex != -1) creditHistory(triedQuiets, triedCount, bestIndex, us, halfDepth);
+  if (bestIndex != -1) creditHistory(state.history, triedQuiets, triedCount, bestIndex, us, halfDepth);
   int16_t storedDepth = static_cast<int16_t>(depth);
   if (bestScore <= alphaOnEntry)
     hashStore(position.hashKey, storedDepth, scoreToStore(bestScore, ply), boundUpper, 0);

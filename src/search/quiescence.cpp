@@ -7,19 +7,19 @@
 #include "search/conventions.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search.h"
 #include "search/search_common.h"
 #include "search/search_trace.h"
-#include "shell/search_flags.h"
 
-int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (stopSearch) return 0;
+int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
+  if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.quietEntries;
+  traceCount(&SearchTrace::quietEntries);
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;
-  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position);
+  if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
   const bool zeroWindow = beta == alpha + 1;
   Move hashMove = 0;
@@ -28,7 +28,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     hashMove = hit->move;
     if (zeroWindow && depth <= hit->depth) {
       int stored = scoreFromStore(hit->score, ply);
-      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return ++searchTrace.quietHashCutoffs, stored;
+      if (((hit->bound & boundLower) && stored >= beta) || ((hit->bound & boundUpper) && stored < beta)) return traceCount(&SearchTrace::quietHashCutoffs), stored;
     }
   }
 
@@ -36,9 +36,9 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   const int them = us ^ 1;
   int eval = 0;
   if (!inCheck) {
-    eval = evaluate(position) + (position.capturedPiece ? 5 : 0);
+    eval = evaluate(position, *state.caches) + (position.capturedPiece ? 5 : 0);
     if (hit) eval = sharpenWithEntry(eval, *hit);
-    if (depth < -59) return ++searchTrace.quietDepthLimitReturns, eval;
+    if (depth < -59) return traceCount(&SearchTrace::quietDepthLimitReturns), eval;
   }
 
   MovePicker picker;
@@ -47,19 +47,19 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
   bool dropQuietMoves = false;
   if (inCheck) {
     // No stand-pat in check: every evasion is tried, however deep.
-    initPicker(picker, position, 4, hashMove, 0, 0);
-    bestScore = -32001;
+    initPicker(picker, position, state.history, 4, hashMove, 0, 0);
+    bestScore = -fullWindow;
     moveCount = 0;
   } else {
-    if (eval >= beta) return ++searchTrace.quietStandPats, eval;
+    if (eval >= beta) return traceCount(&SearchTrace::quietStandPats), eval;
     if (eval > alpha) alpha = eval;
     bestScore = eval;
     moveCount = 1;
     if (depth == 0 || (!zeroWindow && depth >= -2)) {
-      initPicker(picker, position, 2, hashMove, 0, 0);
+      initPicker(picker, position, state.history, 2, hashMove, 0, 0);
       dropQuietMoves = true;
     } else {
-      initPicker(picker, position, 3, 0, 0, 0);
+      initPicker(picker, position, state.history, 3, 0, 0, 0);
     }
   }
 
@@ -72,17 +72,17 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     const Square to = moveTo(move);
     if (kind >= 5) continue;  // under-promotions never pay off this deep
     if (inCheck) {
-      if (bestScore >= -31900 && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
+      if (bestScore >= prunableScoreFloor && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
           exchangeValue(position, move, 0) < 0)
-        { ++searchTrace.quietEvasionPrunes; continue; }
+        { traceCount(&SearchTrace::quietEvasionPrunes); continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
       if (kind <= 2) {
-        int victim = pieceCodeOn(position, them, to);
+        int victim = pieceOn(position, them, to);
         int margin = victim == Pawn ? 80 : 140;
-        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { ++searchTrace.quietDeltaPrunes; continue; }
+        if (alpha > eval + phasePieceValues[phaseRow][victim] + margin && !givesCheck(position, move)) { traceCount(&SearchTrace::quietDeltaPrunes); continue; }
       }
-      if (depth < -16 && to != moveTo(position.lastMove)) { ++searchTrace.quietRecaptureSkips; continue; }
+      if (depth < -16 && to != moveTo(position.lastMove)) { traceCount(&SearchTrace::quietRecaptureSkips); continue; }
     }
 
     if (!makeLegalChild(position, child, move, us)) continue;
@@ -93,11 +93,11 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
       value = drawValue(ply);
       if (value <= bestScore) continue;
     } else {
-      int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? 1 : 0) | (child.inCheck ? 2 : 0) |
-                          (inCheck ? 4 : 0);
-      if (dropQuietMoves && moveClassBits == 0) { ++searchTrace.quietDroppedQuiets; continue; }
-      value = -searchQuiet(child, -beta, -alpha, depth - 2, ply + 1, scratch);
-      if (stopSearch) return 0;
+      int moveClassBits = ((child.capturedPiece || kind == 2 || kind == 4) ? moveClassCapture : 0) |
+                          (child.inCheck ? moveClassChecking : 0) | (inCheck ? moveClassEvasion : 0);
+      if (dropQuietMoves && isPlainQuiet(moveClassBits)) { traceCount(&SearchTrace::quietDroppedQuiets); continue; }
+      value = -searchQuiet(state, child, -beta, -alpha, depth - 2, ply + 1, scratch);
+      if (searchLimits.stop) return 0;
       if (value <= bestScore) continue;
     }
     bestScore = value;
@@ -109,7 +109,7 @@ int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Mov
     if (value >= beta) break;
   }
 
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   if (moveCount == 0) bestScore = ply - mateScore;
   if (zeroWindow) {
     // Depth -2 serves every level below the first: a probe needs depth <= stored.

@@ -1,7 +1,7 @@
 #include "search/reductions.h"
 
+#include "base/options.h"
 #include "search/draws.h"
-#include "shell/options.h"
 
 uint32_t reductionPv[reductionRows][reductionColumns];
 uint32_t reductionNode[reductionRows][reductionColumns];
@@ -29,7 +29,7 @@ void buildReductionTables() {
   static constexpr uint32_t nodeSteps[6] = {0, 2, 4, 6, 8, 10};
   for (int d = 2; d < reductionRows; ++d) {
     // Shallow rows start reducing later.
-    bool shallow = d < redDepthThreshold;
+    bool shallow = d < options.redDepthThreshold;
     int a = shallow ? 7 : 5;
     int b = shallow ? 4 : 3;
     for (int m = 1; m < reductionColumns; ++m) {

@@ -2,172 +2,159 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/options.h"
+#include "base/platform.h"
+#include "base/score_pair.h"
 #include "board/exchange.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "eval/score_pair.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search.h"
 #include "search/search_trace.h"
 #include "search/think.h"
-#include "shell/options.h"
-#include "shell/platform.h"
-#include "shell/search_flags.h"
-#include "shell/tokenise.h"
-#include "shell/uci.h"
-
-RootMove rootMoves[256];
-int rootMoveCount = 0;
 
 namespace {
 
-// The one record that receives each root move in turn; the searches below
-// build their children on their own stacks.
-Position rootChild;
-
 // Iteration 1: the legal moves, ordered by the piece-square gain of the move
 // (blended by the phase after it) and with losing exchanges put last.
-void buildRootMoves(const Position& position) {
+void buildRootMoves(SearchState& state, const Position& position) {
   const int us = sideToMove(position);
   Move list[maxGeneratedMoves];
   int count = generateAllMoves(position, list);
-  rootMoveCount = 0;
-  for (int i = 0; i < count && rootMoveCount < 256; ++i) {
-    makeMove(position, rootChild, list[i]);
-    if (kingAttacked(rootChild, us)) continue;
-    int phase = rootChild.phase < 96 ? rootChild.phase : 96;
-    int blended = ((96 - phase) * scorePairEnd(rootChild.pstScore) + phase * scorePairOpen(rootChild.pstScore)) / 960;
-    int score = sideToMove(rootChild) == Black ? blended : -blended;
+  state.rootMoveCount = 0;
+  for (int i = 0; i < count && state.rootMoveCount < 256; ++i) {
+    makeMove(position, state.rootChild, list[i]);
+    if (kingAttacked(state.rootChild, us)) continue;
+    int phase = state.rootChild.phase < 96 ? state.rootChild.phase : 96;
+    int blended = ((96 - phase) * scorePairEnd(state.rootChild.pstScore) + phase * scorePairOpen(state.rootChild.pstScore)) / 960;
+    int score = sideToMove(state.rootChild) == Black ? blended : -blended;
     if (exchangeValue(position, list[i], 0) < 0) score -= 500;
-    rootMoves[rootMoveCount++] = {list[i], score, 0};
+    state.rootMoves[state.rootMoveCount++] = {list[i], score, 0};
   }
-  for (int i = 0; i < rootMoveCount; ++i)
-    for (int j = i + 1; j < rootMoveCount; ++j)
-      if (rootMoves[j].score > rootMoves[i].score) {
-        RootMove swap = rootMoves[i];
-        rootMoves[i] = rootMoves[j];
-        rootMoves[j] = swap;
+  for (int i = 0; i < state.rootMoveCount; ++i)
+    for (int j = i + 1; j < state.rootMoveCount; ++j)
+      if (state.rootMoves[j].score > state.rootMoves[i].score) {
+        RootMove swap = state.rootMoves[i];
+        state.rootMoves[i] = state.rootMoves[j];
+        state.rootMoves[j] = swap;
       }
-  nodeCount = 0;
+  nodeCounter.nodes = 0;
 }
 
-bool isAllowed(const char* text, char* const* tokens, int tokenCount) {
-  for (int i = 0; i < tokenCount; ++i)
-    if (std::strcmp(text, tokens[i]) == 0) return true;
+bool isAllowed(Move move, const RootMoveList& allowed) {
+  for (int i = 0; i < allowed.count; ++i)
+    if (allowed.moves[i] == move) return true;
   return false;
 }
 
 }  // namespace
 
-int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const char* allowedMoves,
+int searchRoot(SearchState& state, Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
   position.pvPly = 0;
   position.horizonExtensions = 0;
   position.extensionRemainder = 0;
-  static char allowedCopy[moveListCapacity];
-  static char* tokens[moveListCapacity / 2 + 1];
-  std::snprintf(allowedCopy, sizeof allowedCopy, "%s", allowedMoves);
-  const int tokenCount = tokenise(allowedCopy, tokens);
 
   const int halfDepth = depth >> 1;
-  const bool reportMoves = halfDepth > 5 && clock(wholeSecondClock) - searchStartTime > 0.25;
+  const bool reportMoves = halfDepth > 5 && clock(clockSettings.wholeSeconds) - searchLimits.startTime > 0.25;
   if (searchPollSaysStop()) return 0;
-  ++searchTrace.rootPasses;
+  traceCount(&SearchTrace::rootPasses);
   line[0] = 0;
-  if (halfDepth == 1) buildRootMoves(position);
+  if (halfDepth == 1) buildRootMoves(state, position);
 
   const int us = sideToMove(position);
   const int them = us ^ 1;
   const Bitboard passers = passerSquares(position);
-  int bestScore = -32001;
+  int bestScore = -fullWindow;
   int moveNumber = 0;
   // Counted over the whole pass: once a check, a passer push or a sound
   // capture has come up, no later move of the pass is reduced.
   int noReduce = 0;
   Move scratch[lineLength] = {};
   char text[8];
-  for (int i = 0; i < rootMoveCount; ++i) {
-    if (stopSearch) return 0;
-    const Move move = rootMoves[i].move;
-    makeMove(position, rootChild, move);
-    const uint64_t nodesBefore = nodeCount;
+  for (int i = 0; i < state.rootMoveCount; ++i) {
+    if (searchLimits.stop) return 0;
+    const Move move = state.rootMoves[i].move;
+    makeMove(position, state.rootChild, move);
+    const uint64_t nodesBefore = nodeCounter.nodes;
     moveToText(move, text);
-    if (!isAllowed(text, tokens, tokenCount)) continue;
-    if (kingAttacked(rootChild, us)) continue;
-    rootChild.inCheck = kingAttacked(rootChild, them);
+    if (!isAllowed(move, allowed)) continue;
+    if (kingAttacked(state.rootChild, us)) continue;
+    state.rootChild.inCheck = kingAttacked(state.rootChild, them);
     ++moveNumber;
-    if (reportMoves && multiPv == 1 && !batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
-    const int moveClassBits = moveClass(position, rootChild, move);
+    if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
+    const int moveClassBits = moveClass(position, state.rootChild, move);
 
     if (position.inCheck) ++noReduce;
     int extension = 0;
-    if (rootChild.inCheck) {
+    if (state.rootChild.inCheck) {
       ++noReduce;
       extension = 4;
     }
-    if (rootChild.movedPiece == Pawn) {
+    if (state.rootChild.movedPiece == Pawn) {
       if (passers & squareBit(moveTo(move))) {
         ++noReduce;
         extension += 4;
       }
-    } else if ((moveClassBits & 1) && !position.inCheck && moveKindIndex(move) <= 1 &&
+    } else if ((moveClassBits & moveClassCapture) && !position.inCheck && moveKindIndex(move) <= 1 &&
                exchangeValue(position, move, 0) >= 0) {
       noReduce = 1;
       extension += 2;
     }
-    int carried = extension + rootChild.extensionRemainder;
-    rootChild.extensionRemainder = static_cast<uint8_t>(carried & 1);
+    int carried = extension + state.rootChild.extensionRemainder;
+    state.rootChild.extensionRemainder = static_cast<uint8_t>(carried & 1);
     const int childDepth = depth + (carried >> 1) - 2;
 
     int value;
     if (moveNumber == 1) {
-      value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
-      if (stopSearch) return 0;
+      value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
+      if (searchLimits.stop) return 0;
     } else {
-      if (noReduce == 0 && useLmr && moveNumber >= 3 && depth >= 8 && moveClassBits == 0 &&
-          rootChild.capturedPiece == 0 && bestScore >= -31900) {
-        ++searchTrace.rootReductions;
-        int reduced = -searchNode(rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
-        if (stopSearch) return 0;
-        if (reduced <= alpha) { ++searchTrace.rootReductionFailLows; continue; }
+      if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && isPlainQuiet(moveClassBits) &&
+          state.rootChild.capturedPiece == 0 && bestScore >= prunableScoreFloor) {
+        traceCount(&SearchTrace::rootReductions);
+        int reduced = -searchNode(state, state.rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
+        if (searchLimits.stop) return 0;
+        if (reduced <= alpha) { traceCount(&SearchTrace::rootReductionFailLows); continue; }
       }
-      value = -searchNode(rootChild, -alpha, childDepth, 1, scratch, 0, 0);
-      if (stopSearch) return 0;
+      value = -searchNode(state, state.rootChild, -alpha, childDepth, 1, scratch, 0, 0);
+      if (searchLimits.stop) return 0;
       if (value > alpha) {
-        ++searchTrace.rootResearches;
-        value = -searchPv(rootChild, -beta, -alpha, childDepth, 1, scratch);
-        if (stopSearch) return 0;
+        traceCount(&SearchTrace::rootResearches);
+        value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
+        if (searchLimits.stop) return 0;
       }
     }
-    rootMoves[i].nodes = nodeCount - nodesBefore;
-    if (stopSearch) return 0;
+    state.rootMoves[i].nodes = nodeCounter.nodes - nodesBefore;
+    if (searchLimits.stop) return 0;
 
     if (value > bestScore) {
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!batchMode && multiPv < 2 && halfDepth > 4) printIterationLine(position, halfDepth, value, line);
+      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(state, position, halfDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;
     }
   }
-  if (stopSearch) return 0;
+  if (searchLimits.stop) return 0;
 
   // The best move of each pass goes first, the others keep their order.
-  for (int i = 0; i < rootMoveCount; ++i) {
-    if (rootMoves[i].move != line[0]) continue;
-    RootMove best = rootMoves[i];
-    for (int j = i; j > 0; --j) rootMoves[j] = rootMoves[j - 1];
-    rootMoves[0] = best;
+  for (int i = 0; i < state.rootMoveCount; ++i) {
+    if (state.rootMoves[i].move != line[0]) continue;
+    RootMove best = state.rootMoves[i];
+    for (int j = i; j > 0; --j) state.rootMoves[j] = state.rootMoves[j - 1];
+    state.rootMoves[0] = best;
     break;
   }
   if (moveNumber == 0) bestScore = position.inCheck ? -mateScore : 0;
-  if (rootMoveCount > 0) *firstMoveNodes += rootMoves[0].nodes;
-  for (int i = 1; i < rootMoveCount; ++i) *otherMoveNodes += rootMoves[i].nodes;
+  if (state.rootMoveCount > 0) *firstMoveNodes += state.rootMoves[0].nodes;
+  for (int i = 1; i < state.rootMoveCount; ++i) *otherMoveNodes += state.rootMoves[i].nodes;
   return bestScore;
 }

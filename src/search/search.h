@@ -4,33 +4,24 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 #include "search/conventions.h"
+#include "search/search_state.h"
 
 // Deepest ply the per-ply tables hold; a search that gets there returns a
 // static value instead of going deeper.
 constexpr int maxSearchPly = 240;
 
-int searchQuiet(Position& position, int alpha, int beta, int depth, int ply, Move* line);
-int searchNode(Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull);
-int searchPv(Position& position, int alpha, int beta, int depth, int ply, Move* line);
+int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line);
+int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull);
+int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line);
 
-struct RootMove {
-  Move move;
-  int32_t score;   // ordering score of the first pass
-  uint64_t nodes;  // nodes spent on the move in the last pass that finished it
-};
+struct RootMoveList;
 
-extern RootMove rootMoves[256];
-extern int rootMoveCount;
-
-int searchRoot(Position& position, int depth, int alpha, int beta, Move* line, const char* allowedMoves,
+int searchRoot(SearchState& state, Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes);
 
 // Counts an entry of a search and, every 256 entries once the first iteration
 // is done, serves the input and tests the limits. True if the search must end.
 bool searchPollSaysStop();
 
-// Margins that think fills at every start.
-extern int futilityMargin[24];
-extern int hangingMargin[20];

@@ -3,19 +3,11 @@
 
 #include <cstdlib>
 
+#include "base/types.h"
 #include "board/make_move.h"
 #include "board/queries.h"
-#include "board/types.h"
 #include "search/hash_table.h"
-
-// Piece code of colour's piece on s, pawn first; 0 if none.
-inline int pieceCodeOn(const Position& position, int colour, Square s) {
-  Bitboard bit = squareBit(s);
-  if (!(position.pieces[colour][0] & bit)) return NoPiece;
-  for (int piece = Pawn; piece <= King; ++piece)
-    if (position.pieces[colour][piece] & bit) return piece;
-  return NoPiece;
-}
+#include "search/search_state.h"
 
 // Makes the move into child and tells whether it is legal, that is whether the
 // mover's king is safe afterwards. A legal child learns whether it is in check,
@@ -46,7 +38,7 @@ struct TriedQuiet {
 
 // Credits the history with a node's quiet moves: all of them were tried, the
 // one at bestIndex succeeded. Counters are halved to keep them recent.
-void creditHistory(const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth);
+void creditHistory(MoveHistory& history, const TriedQuiet* tried, int count, int bestIndex, int colour, int halfDepth);
 
 // A quiet move that cut off becomes the newest killer of its ply.
-void recordKiller(Move move, int ply);
+void recordKiller(SearchState& state, Move move, int ply);

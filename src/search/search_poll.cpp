@@ -1,17 +1,29 @@
-#include "shell/platform.h"
-#include "shell/search_flags.h"
-#include "shell/uci.h"
+#include "base/platform.h"
+#include "board/make_move.h"
+#include "search/limits.h"
 #include "search/search.h"
+
+SearchLimits searchLimits;
+
+void stopTheSearch() {
+  searchLimits.stop = 1;
+  nodeCounter.frozen = 1;
+}
+
+void clearTheStop() {
+  searchLimits.stop = 0;
+  nodeCounter.frozen = 0;
+}
 
 bool searchPollSaysStop() {
   // The counter only paces the polls; let it wrap without signed overflow.
-  pollCounter = static_cast<int32_t>(static_cast<uint32_t>(pollCounter) + 1);
-  if ((pollCounter & 0xff) != 0 || pollingHeld) return false;
-  uciPoll();
-  if (pondering) return false;
-  if (stopSearch) return true;
-  if (nodeCount >= nodeLimit || clock(wholeSecondClock) >= hardTimeLimit) {
-    stopSearch = 1;
+  searchLimits.pollCounter = static_cast<int32_t>(static_cast<uint32_t>(searchLimits.pollCounter) + 1);
+  if ((searchLimits.pollCounter & 0xff) != 0 || searchLimits.pollingHeld) return false;
+  if (searchLimits.serveInput) searchLimits.serveInput();
+  if (searchLimits.pondering) return false;
+  if (searchLimits.stop) return true;
+  if (nodeCounter.nodes >= searchLimits.nodeLimit || clock(clockSettings.wholeSeconds) >= searchLimits.hardTimeLimit) {
+    stopTheSearch();
     return true;
   }
   return false;

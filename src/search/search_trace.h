@@ -1,7 +1,11 @@
 // Counters of the search: how often each search is entered and how often each
 // pruning, reduction and extension rule fires. They only count; no search
 // reads them. A developer compares them between builds to find the rule
-// that makes two node counts differ.
+// that makes two node counts differ (tarvok-tool trace).
+//
+// Only the developer tool's copy of the search counts: it compiles the search
+// sources with TARVOK_SEARCH_TRACE defined. In the engine every traceCount
+// compiles to nothing, so its hot path carries no counters.
 #pragma once
 
 #include <cstdint>
@@ -89,6 +93,17 @@ struct SearchTrace {
 };
 
 extern SearchTrace searchTrace;
+
+#ifdef TARVOK_SEARCH_TRACE
+constexpr bool searchTraced = true;
+#else
+constexpr bool searchTraced = false;
+#endif
+
+// Counts one event of the counter's kind, or none when it didn't happen.
+inline void traceCount(uint64_t SearchTrace::*counter, bool happened = true) {
+  if constexpr (searchTraced) searchTrace.*counter += happened ? 1 : 0;
+}
 
 // The counters after each iteration of the latest search in batch mode,
 // running values since the search began, like depthNodes.

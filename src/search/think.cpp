@@ -6,82 +6,53 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
+#include "base/platform.h"
 #include "board/fen.h"
 #include "board/make_move.h"
+#include "board/piece_square.h"
 #include "board/queries.h"
 #include "eval/evaluate.h"
-#include "eval/piece_square.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
-#include "search/book.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/playable_line.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_trace.h"
-#include "shell/log.h"
-#include "shell/options.h"
-#include "shell/platform.h"
-#include "shell/search_flags.h"
-#include "shell/uci.h"
 
-int32_t hardTimePercent = 500;
-int32_t goalReached = 0;
-int32_t firstSearchPending = 1;
-SearchReport searchReport;
-double depthTime[32];
-uint64_t depthNodes[32];
-int32_t depthScore[32];
-Move depthMove[32];
+SearchState mainSearch;
 
 namespace {
 
-constexpr int maxIterations = 99;  // go clips its depth to this
-
-struct PvRow {
-  int32_t score;
-  int32_t timeMs;
-  Move line[lineLength];
-};
-
-// Moves of the current search, kept between iterations.
-PvRow rows[maxIterations + 1];
-int32_t scoreByDepth[maxIterations + 1];
-Move moveByDepth[maxIterations + 1];
-
 double elapsedSince(double start) {
-  double elapsed = clock(wholeSecondClock) - start;
+  double elapsed = clock(clockSettings.wholeSeconds) - start;
   return elapsed > 0.0 ? elapsed : 0.0;
 }
 
-// Takes the text of move out of a blank-separated list; false if nothing is left.
-bool removeFromList(char* list, Move move) {
-  char text[8];
-  moveToText(move, text);
-  char rebuilt[moveListCapacity] = "";
-  size_t used = 0;
-  char* save = nullptr;
-  for (char* token = strtok_r(list, " ", &save); token; token = strtok_r(nullptr, " ", &save)) {
-    if (std::strcmp(token, text) == 0) continue;
-    used += std::snprintf(rebuilt + used, sizeof rebuilt - used, "%s ", token);
-    if (used >= sizeof rebuilt) break;
-  }
-  std::snprintf(list, moveListCapacity, "%s", rebuilt);
-  return rebuilt[0] != 0;
+// Takes move out of the list; false if nothing is left.
+bool removeFromList(RootMoveList& list, Move move) {
+  int kept = 0;
+  for (int i = 0; i < list.count; ++i)
+    if (list.moves[i] != move) list.moves[kept++] = list.moves[i];
+  list.count = kept;
+  return kept != 0;
 }
 
 // Re-searches a failed aspiration window until the value lies inside it, or
 // falls back to the full window when it fails on the side that was reopened.
-int resolveWindow(Position& root, int depth, AspirationWindow window, int value, Move* line, const char* list,
+int resolveWindow(SearchState& state, Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
                   uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   const bool failedHigh = value >= window.beta;
-  if (stopSearch || (!failedHigh && value > window.alpha)) return value;
+  if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
   for (;;) {
     window = widenWindow(window, value);
-    value = searchRoot(root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
-    if (stopSearch || (value > window.alpha && value < window.beta)) return value;
+    value = searchRoot(state, root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
+    if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
     bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
-    if (reopenedSideFailed) return searchRoot(root, depth, -32001, 32001, line, list, firstMoveNodes, otherMoveNodes);
+    if (reopenedSideFailed) return searchRoot(state, root, depth, -fullWindow, fullWindow, line, list, firstMoveNodes, otherMoveNodes);
   }
 }
 
@@ -96,10 +67,10 @@ AspirationWindow widenWindow(AspirationWindow window, int value) {
   int width = window.beta - window.alpha;
   if (value >= window.beta) {
     int widened = static_cast<int>(width * 1.5 + (value - 1));
-    return {value - 1 > -32001 ? value - 1 : -32001, widened < 32001 ? widened : 32001};
+    return {value - 1 > -fullWindow ? value - 1 : -fullWindow, widened < fullWindow ? widened : fullWindow};
   }
   int widened = static_cast<int>((value + 1) - width * 1.5);
-  return {widened > -32001 ? widened : -32001, value + 1 < 32001 ? value + 1 : 32001};
+  return {widened > -fullWindow ? widened : -fullWindow, value + 1 < fullWindow ? value + 1 : fullWindow};
 }
 
 void pvToText(const Move* line, char* text) {
@@ -114,16 +85,16 @@ void pvToText(const Move* line, char* text) {
 }
 
 void scoreToText(int score, char* text) {
-  if (std::abs(score) > 31800) {
-    int mateIn = score > 0 ? (32000 - score) / 2 + 1 : -((31999 - std::abs(score)) / 2) - 1;
+  if (std::abs(score) > mateThreshold) {
+    int mateIn = score > 0 ? (mateScore - score) / 2 + 1 : -((mateScore - 1 - std::abs(score)) / 2) - 1;
     std::snprintf(text, scoreTextSize, "mate %d", mateIn);
   } else {
     std::snprintf(text, scoreTextSize, "cp %d", score);
   }
 }
 
-void printIterationLine(const Position& root, int depth, int score, const Move* line) {
-  double elapsed = elapsedSince(searchStartTime);
+void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line) {
+  double elapsed = elapsedSince(searchLimits.startTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
   char scoreText[scoreTextSize];
@@ -133,227 +104,230 @@ void printIterationLine(const Position& root, int depth, int score, const Move* 
   scoreToText(score, scoreText);
   pvToText(shown, lineText);
   std::printf("info depth %d time %d nodes %" PRIu64 " score %s nps %" PRIu64 " pv %s\n", depth,
-              static_cast<int>(1000 * elapsed), nodeCount, scoreText, static_cast<uint64_t>(nodeCount / rateTime),
+              static_cast<int>(1000 * elapsed), nodeCounter.nodes, scoreText, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
               lineText);
   std::fflush(stdout);
-  searchReport.lastShownMove = shown[0];
+  state.lastShownMove = shown[0];
 }
 
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime) {
-  // Preparation.
-  if (batchMode) deterministic = 1;
-  pollingHeld = 1;
-  goalReached = 0;
-  for (int i = 0; i < 24; ++i) futilityMargin[i] = static_cast<int>(2.0 * i * i) + 60;
-  stopSearch = 0;
-  searchTrace = SearchTrace{};
-  std::memset(killer1, 0, sizeof killer1);
-  std::memset(killer2, 0, sizeof killer2);
+namespace {
 
-  static char legalMoves[moveListCapacity];
-  if (moveList[0] == 0) {
+// The clock of one search: the soft limit after which no new iteration
+// starts (the hard limit is the polls' business), and what moves it.
+struct TimeControl {
+  double goal;
+  double softLimit;
+  bool exactTime;
+  double bestMoveShare = 0.5;  // the running share of the nodes the best move took
+  bool goalReached = false;
+};
+
+// What each iteration hands on to the next, and in the end to the answer.
+struct Deepening {
+  Move bestLine[lineLength] = {};
+  int score = 0;
+  int filledRows = 0;  // rows of state.rows that some iteration has filled
+  int finishedDepth = 0;
+};
+
+// Everything a search starts from: no stop, cleared killers, and the history,
+// reduction tables and hash table cleared for the first search and for every
+// deterministic one. Returns the moves the search may choose among.
+RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkRequest& request) {
+  if (searchLimits.batchMode) options.deterministic = 1;
+  searchLimits.pollingHeld = 1;
+  clearTheStop();
+  if constexpr (searchTraced) searchTrace = SearchTrace{};
+  std::memset(state.killer1, 0, sizeof state.killer1);
+  std::memset(state.killer2, 0, sizeof state.killer2);
+
+  RootMoveList allowed;
+  if (request.restricted) {
+    allowed = request.allowed;
+  } else {
     Move list[maxGeneratedMoves];
     int count = generateAllMoves(root, list);
-    size_t used = 0;
-    legalMoves[0] = 0;
     Position scratch;
-    char text[8];
     for (int i = 0; i < count; ++i) {
       makeMove(root, scratch, list[i]);
       if (kingAttacked(scratch, sideToMove(root))) continue;
-      moveToText(list[i], text);
-      used += std::snprintf(legalMoves + used, sizeof legalMoves - used, "%s ", text);
+      allowed.moves[allowed.count++] = list[i];
     }
-    moveList = legalMoves;
   }
 
-  const bool freshTables = firstSearchPending || deterministic;
+  const bool freshTables = state.firstSearchPending || options.deterministic;
   if (freshTables) {
-    std::memset(history, 0, sizeof history);
+    state.history = MoveHistory{};
     buildReductionTables();
   }
-  for (int i = 0; i < 20; ++i) hangingMargin[i] = static_cast<int>(std::pow(i, 0.3) * 50.0 + 0.5);
   fillRootScores(root);
-  if (hashSizeMb != 0) {
+  if (options.hashSizeMb != 0) {
     if (freshTables) {
       hashClear();
-      firstSearchPending = 0;
+      state.firstSearchPending = 0;
     }
     hashAdvanceAge();
   }
+  return allowed;
+}
 
-  searchStartTime = clock(wholeSecondClock);
-  hardTimeLimit = searchStartTime + hardTimePercent * 0.01 * goalSeconds;
-  double softLimit = searchStartTime + 0.75 * goalSeconds;
-  // A fixed time per move is spent whole: the deepening never stops early on
-  // a stable best move, and the goal itself is the hard limit.
-  if (exactTime) {
-    hardTimeLimit = searchStartTime + goalSeconds;
-    softLimit = hardTimeLimit;
+// The clock starts: the hard limit is the budget's percentage of the goal,
+// and no iteration starts after three quarters of it. A fixed time per move
+// is spent whole: the goal itself is both limits.
+TimeControl startClock(const ThinkRequest& request) {
+  searchLimits.startTime = clock(clockSettings.wholeSeconds);
+  searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * request.goalSeconds;
+  TimeControl time{request.goalSeconds, searchLimits.startTime + 0.75 * request.goalSeconds, request.exactTime};
+  if (request.exactTime) {
+    searchLimits.hardTimeLimit = searchLimits.startTime + request.goalSeconds;
+    time.softLimit = searchLimits.hardTimeLimit;
   }
-  searchReport = SearchReport{};
+  return time;
+}
 
-  logBoard(root);
-  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
-  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+// A stable best move that took nearly all the nodes lets the search stop
+// early; a change of mind gives it more time. A fixed time per move is
+// never cut short.
+void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Move best, uint64_t firstMoveNodes,
+                     uint64_t otherMoveNodes) {
+  double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
+  time.bestMoveShare = 0.75 * time.bestMoveShare + 0.25 * ratio;
+  if (depth <= 4 || searchLimits.stop || time.exactTime) return;
+  if (best == state.moveByDepth[depth - 1]) {
+    double percent = (102 - 100 * time.bestMoveShare) * 2.5;
+    time.softLimit = searchLimits.startTime + time.goal * 0.01 * (percent < 80 ? percent : 80);
+  } else {
+    time.softLimit = searchLimits.startTime + 1.2 * time.goal;
+    time.bestMoveShare *= 0.9;
+  }
+}
 
-  static char fullMoveList[moveListCapacity];
-  static char workingList[moveListCapacity];
-  static char lineText[lineLength * 6 + 1];
-  std::snprintf(fullMoveList, sizeof fullMoveList, "%s", moveList);
-  double bestMoveShare = 0.5;
-  Move bestLine[lineLength] = {};
+// The window of a line's first search: past the fourth iteration of a
+// single-line search, a band around the last score as wide as the last
+// scores have moved (at least 16 either way); else the full window.
+AspirationWindow firstWindow(const SearchState& state, int depth) {
+  if (depth <= 4 || options.multiPv != 1) return {-fullWindow, fullWindow};
+  int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
+  int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
+  if (delta < 16) delta = 16;
+  return {s1 - delta > -fullWindow ? s1 - delta : -fullWindow, s1 + delta < fullWindow ? s1 + delta : fullWindow};
+}
+
+// One iteration: each MultiPV line searched with its aspiration window, the
+// best move of a line left out of the next one. Returns the number of lines
+// searched; iterationNodes is the node count after the last of them.
+int searchIteration(SearchState& state, Position& root, int depth, const RootMoveList& allowed, TimeControl& time,
+                    Deepening& deepening, uint64_t& iterationNodes) {
+  uint64_t firstMoveNodes = 0;
+  uint64_t otherMoveNodes = 0;
+  RootMoveList working = allowed;
+  Move* bestLine = deepening.bestLine;
+  int lines = 0;
+  while (lines < options.multiPv) {
+    AspirationWindow window = firstWindow(state, depth);
+    int value = searchRoot(state, root, 2 * depth, window.alpha, window.beta, bestLine, working, &firstMoveNodes,
+                           &otherMoveNodes);
+    value = resolveWindow(state, root, 2 * depth, window, value, bestLine, working, &firstMoveNodes, &otherMoveNodes);
+    state.scoreByDepth[depth] = value;
+    state.moveByDepth[depth] = bestLine[0];
+
+    ++otherMoveNodes;  // never zero: the best move's share divides by the sum
+    adjustSoftLimit(time, state, depth, bestLine[0], firstMoveNodes, otherMoveNodes);
+    if (!searchLimits.stop) {
+      state.rows[lines].score = value;
+      copyLine(state.rows[lines].line, bestLine);
+      if (lines + 1 > deepening.filledRows) deepening.filledRows = lines + 1;
+    }
+    iterationNodes = nodeCounter.nodes;
+    state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
+    ++lines;
+    if (searchLimits.stop) break;
+    if (!removeFromList(working, bestLine[0])) break;
+    if (depth == 1) break;  // the first iteration has one line
+  }
+  return lines;
+}
+
+// MultiPV ordering: the lines of the iteration, best score first. A row no
+// iteration has filled takes no part. Returns the number of rows in play.
+int orderRows(SearchState& state, int lines, int filledRows) {
+  int shown = lines < filledRows ? lines : filledRows;
+  for (int i = 0; i < shown; ++i)
+    for (int j = i + 1; j < shown; ++j)
+      if (state.rows[j].score > state.rows[i].score) {
+        PvRow swap = state.rows[i];
+        state.rows[i] = state.rows[j];
+        state.rows[j] = swap;
+      }
+  return shown;
+}
+
+// The info lines of a MultiPV iteration, one per row, best first.
+void reportRows(SearchState& state, const Position& root, int depth, int shown, uint64_t iterationNodes) {
+  char lineText[lineLength * 6 + 1];
   Move playable[lineLength];
-  int score = 0;
-  int filledRows = 0;
-  int finishedDepth = 0;
-
-  for (int depth = 1;; ++depth) {
-    uint64_t firstMoveNodes = 0;
-    uint64_t otherMoveNodes = 0;
-    if (depth == 1) {
-      Move bookMove = probeBook(root);
-      if (bookMove) {
-        bestLine[0] = bookMove;
-        bestLine[1] = 0;
-        score = 0;
-        break;
-      }
-    } else {
-      pollingHeld = 0;
-    }
-    if (!batchMode) std::printf("info depth %d\n", depth);
-
-    std::snprintf(workingList, sizeof workingList, "%s", fullMoveList);
-    int lines = 0;
-    uint64_t iterationNodes = 0;
-    while (lines < multiPv) {
-      int alpha = -32001;
-      int beta = 32001;
-      if (depth > 4 && multiPv == 1) {
-        int s1 = scoreByDepth[depth - 1], s2 = scoreByDepth[depth - 2], s3 = scoreByDepth[depth - 3];
-        int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
-        if (delta < 16) delta = 16;
-        alpha = s1 - delta > -32001 ? s1 - delta : -32001;
-        beta = s1 + delta < 32001 ? s1 + delta : 32001;
-      }
-      int value = searchRoot(root, 2 * depth, alpha, beta, bestLine, workingList, &firstMoveNodes, &otherMoveNodes);
-      value = resolveWindow(root, 2 * depth, {alpha, beta}, value, bestLine, workingList, &firstMoveNodes,
-                            &otherMoveNodes);
-      scoreByDepth[depth] = value;
-      moveByDepth[depth] = bestLine[0];
-
-      ++otherMoveNodes;
-      double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
-      bestMoveShare = 0.75 * bestMoveShare + 0.25 * ratio;
-
-      // A stable best move that took nearly all the nodes lets the search
-      // stop early; a change of mind gives it more time.
-      if (depth > 4 && !stopSearch && !exactTime) {
-        if (bestLine[0] == moveByDepth[depth - 1]) {
-          double percent = (102 - 100 * bestMoveShare) * 2.5;
-          softLimit = searchStartTime + goalSeconds * 0.01 * (percent < 80 ? percent : 80);
-        } else {
-          softLimit = searchStartTime + 1.2 * goalSeconds;
-          bestMoveShare *= 0.9;
-        }
-      }
-      if (!stopSearch) {
-        rows[lines].score = value;
-        copyLine(rows[lines].line, bestLine);
-        if (lines + 1 > filledRows) filledRows = lines + 1;
-      }
-      iterationNodes = nodeCount;
-      rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchStartTime) * 1000);
-      ++lines;
-      if (stopSearch) break;
-      if (!removeFromList(workingList, bestLine[0])) break;
-      if (depth == 1) break;  // the first iteration has one line
-    }
-
-    // A row no iteration has filled takes no part.
-    int shown = lines < filledRows ? lines : filledRows;
-    for (int i = 0; i < shown; ++i)
-      for (int j = i + 1; j < shown; ++j)
-        if (rows[j].score > rows[i].score) {
-          PvRow swap = rows[i];
-          rows[i] = rows[j];
-          rows[j] = swap;
-        }
-    for (int i = 0; i < shown; ++i) {
-      if (multiPv > 1) {
-        playableLine(root, rows[i].line, playable);
-        pvToText(playable, lineText);
-        if (i == 0) searchReport.lastShownMove = playable[0];
-        std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
-                    rows[i].score, depth, rows[i].timeMs, iterationNodes,
-                    static_cast<uint64_t>(iterationNodes / (rows[i].timeMs * 0.001 + 0.0001)), lineText);
-        std::fflush(stdout);
-      }
-    }
-
-    copyLine(bestLine, rows[0].line);
-    score = rows[0].score;
-    if (stopSearch) {
-      logPrintf("search aborted\n");
-      break;
-    }
-
-    double elapsed = elapsedSince(searchStartTime);
-    if (elapsed < 0.0001) elapsed = 0.0001;
-    uint64_t nodes = nodeCount;
-    finishedDepth = depth;
-    playableLine(root, bestLine, playable);
+  for (int i = 0; i < shown; ++i) {
+    playableLine(root, state.rows[i].line, playable);
     pvToText(playable, lineText);
-    logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
-              score * 0.01, lineText);
-    if (batchMode) {
-      if (depth < 32) {
-        depthTime[depth] = elapsed;
-        depthNodes[depth] = nodes;
-        depthScore[depth] = score;
-        depthMove[depth] = bestLine[0];
-        depthTrace[depth] = searchTrace;
-      }
-    } else {
-      printIterationLine(root, depth, score, bestLine);
-    }
+    if (i == 0) state.lastShownMove = playable[0];
+    std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
+                state.rows[i].score, depth, state.rows[i].timeMs, iterationNodes,
+                static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), lineText);
+    std::fflush(stdout);
+  }
+}
 
-    if (!goalReached && clock(wholeSecondClock) > softLimit) goalReached = 1;
-    if (!pondering && goalReached) break;
-    if (std::abs(score) > 31799) break;
-    if (depth >= maxDepth) break;
+// A finished iteration goes to the log, and to the client as an info line or,
+// in batch mode, into the results of each depth.
+void reportIteration(SearchState& state, const Position& root, int depth, const Deepening& deepening) {
+  double elapsed = elapsedSince(searchLimits.startTime);
+  if (elapsed < 0.0001) elapsed = 0.0001;
+  const uint64_t nodes = nodeCounter.nodes;
+  char lineText[lineLength * 6 + 1];
+  Move playable[lineLength];
+  playableLine(root, deepening.bestLine, playable);
+  pvToText(playable, lineText);
+  logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
+            deepening.score * 0.01, lineText);
+  if (!searchLimits.batchMode) {
+    printIterationLine(state, root, depth, deepening.score, deepening.bestLine);
+    return;
   }
+  if (depth >= 32) return;
+  state.depthTime[depth] = elapsed;
+  state.depthNodes[depth] = nodes;
+  state.depthScore[depth] = deepening.score;
+  state.depthMove[depth] = deepening.bestLine[0];
+  if constexpr (searchTraced) depthTrace[depth] = searchTrace;
+}
 
-  // Finish.
-  logPrintf("Total move time %8.1f\n", elapsedSince(searchStartTime));
-  if (maxDepth > 98 || pondering) {
-    for (;;) {
-      uciPoll();
-      if (stopSearch || !pondering) break;
-      sleepOneMillisecond();
-    }
+// The ponder wait: an infinite or pondering search that has finished waits
+// for stop or ponderhit before it answers.
+void waitWhilePondering(int maxDepth) {
+  if (maxDepth <= 98 && !searchLimits.pondering) return;
+  for (;;) {
+    if (searchLimits.serveInput) searchLimits.serveInput();
+    if (searchLimits.stop || !searchLimits.pondering) break;
+    sleepOneMillisecond();
   }
-  if (batchMode) return score;
-  if (logFile) {
-    double rate = etableProbes ? 100.0 * static_cast<double>(etableHits) / static_cast<double>(etableProbes) : 0.0;
-    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n", etableHits,
-              etableProbes, rate);
-  }
-  // bestmove names the first move of the last finished iteration and ponder
-  // the second, from the line as it can be replayed. A client checks both
-  // against the line it was shown last: when a better move of an iteration
-  // that was then cut short was printed, the line of the answer goes out
-  // again. A root without a legal move answers with the null move.
-  playableLine(root, bestLine, playable);
+}
+
+// bestmove names the first move of the last finished iteration and ponder
+// the second, from the line as it can be replayed. A client checks both
+// against the line it was shown last: when a better move of an iteration
+// that was then cut short was printed, the line of the answer goes out
+// again. A root without a legal move answers with the null move.
+void answer(SearchState& state, const Position& root, const Deepening& deepening) {
+  Move playable[lineLength];
+  playableLine(root, deepening.bestLine, playable);
   char bestText[8] = "0000";
   char ponderText[8] = "";
   if (playable[0]) moveToText(playable[0], bestText);
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
-  if (searchReport.lastShownMove != 0 && searchReport.lastShownMove != playable[0])
-    printIterationLine(root, finishedDepth, score, bestLine);
-  std::printf("info nodes %" PRIu64 "\n", nodeCount);
-  logPrintf("info nodes %" PRIu64 "\n", nodeCount);
+  if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
+    printIterationLine(state, root, deepening.finishedDepth, deepening.score, deepening.bestLine);
+  std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
+  logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   if (ponderText[0]) {
     std::printf("bestmove %s ponder %s\n", bestText, ponderText);
     logPrintf("bestmove %s ponder %s\n", bestText, ponderText);
@@ -362,5 +336,58 @@ int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool
     logPrintf("bestmove %s\n", bestText);
   }
   std::fflush(stdout);
-  return score;
+}
+
+}  // namespace
+
+int think(SearchState& state, Position& root, const ThinkRequest& request) {
+  const RootMoveList allowed = prepareSearch(state, root, request);
+  TimeControl time = startClock(request);
+  state.lastShownMove = 0;
+
+  logBoard(root);
+  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
+  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+
+  Deepening deepening;
+  for (int depth = 1;; ++depth) {
+    if (depth == 1 && request.bookMove) {
+      deepening.bestLine[0] = request.bookMove;
+      break;
+    }
+    if (depth > 1) searchLimits.pollingHeld = 0;
+    if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
+
+    uint64_t iterationNodes = 0;
+    const int lines = searchIteration(state, root, depth, allowed, time, deepening, iterationNodes);
+    const int shown = orderRows(state, lines, deepening.filledRows);
+    if (options.multiPv > 1) reportRows(state, root, depth, shown, iterationNodes);
+    copyLine(deepening.bestLine, state.rows[0].line);
+    deepening.score = state.rows[0].score;
+    if (searchLimits.stop) {
+      logPrintf("search aborted\n");
+      break;
+    }
+    deepening.finishedDepth = depth;
+    reportIteration(state, root, depth, deepening);
+
+    if (!time.goalReached && clock(clockSettings.wholeSeconds) > time.softLimit) time.goalReached = true;
+    if (!searchLimits.pondering && time.goalReached) break;
+    if (std::abs(deepening.score) > mateShiftLimit) break;  // a mate found is not searched deeper
+    if (depth >= request.maxDepth) break;
+  }
+
+  logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
+  waitWhilePondering(request.maxDepth);
+  if (searchLimits.batchMode) return deepening.score;
+  if (engineLog.file) {
+    const EvalCaches& caches = *state.caches;
+    double rate = caches.etableProbes
+                      ? 100.0 * static_cast<double>(caches.etableHits) / static_cast<double>(caches.etableProbes)
+                      : 0.0;
+    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n",
+              caches.etableHits, caches.etableProbes, rate);
+  }
+  answer(state, root, deepening);
+  return deepening.score;
 }

@@ -3,33 +3,31 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
+#include "moves/generate.h"
+#include "search/search_state.h"
 
-// Room for a blank-separated list of move texts.
-constexpr int moveListCapacity = 4096;
-
-extern int32_t hardTimePercent;     // hard limit as a percentage of the goal
-extern int32_t goalReached;
-extern int32_t firstSearchPending;  // the next search clears history, reductions and hash
-
-// What the client has been shown of the running search.
-struct SearchReport {
-  Move lastShownMove;  // first move of the last line printed; 0 before any
+// The moves a search may choose among at the root.
+struct RootMoveList {
+  Move moves[maxGeneratedMoves];
+  int count = 0;
 };
-extern SearchReport searchReport;
 
-// Results of each iteration, kept only in batch mode.
-extern double depthTime[32];
-extern uint64_t depthNodes[32];
-extern int32_t depthScore[32];
-extern Move depthMove[32];
+// What the shell asks of one search.
+struct ThinkRequest {
+  double goalSeconds = 0.0;
+  int maxDepth = 1;
+  bool exactTime = false;   // spend goalSeconds whole and never more (a fixed time per move)
+  bool restricted = false;  // only the moves of allowed (searchmoves); else every legal move
+  RootMoveList allowed;
+  Move bookMove = 0;        // the opening book's answer: played without a search
+};
+
+
 
 // Searches root to maxDepth iterations or until the clock says stop, and
-// prints bestmove (not in batch mode). moveList holds the moves to search,
-// blank-separated; empty means all legal moves. With exactTime the search
-// spends goalSeconds whole and never more (a fixed time per move). Returns
-// the final score.
-int think(Position& root, double goalSeconds, int maxDepth, char* moveList, bool exactTime = false);
+// prints bestmove (not in batch mode). Returns the final score.
+int think(SearchState& state, Position& root, const ThinkRequest& request);
 
 struct AspirationWindow {
   int alpha;
@@ -51,4 +49,4 @@ void scoreToText(int score, char* text);
 
 // The info line of a finished iteration or of a new best root move; it shows
 // the playable part of line from root.
-void printIterationLine(const Position& root, int depth, int score, const Move* line);
+void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line);

@@ -4,19 +4,16 @@
 #include <cstdlib>
 #include <strings.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 
-int32_t selfTestRequested = 0;
-int32_t makeTestDataRequested = 0;
-int32_t pgnRequested = 0;
-char logFileName[logFileNameSize] = "";
+CommandLine commandLine;
 
 const SwitchRow switchTable[] = {
-    {"test", &selfTestRequested, SwitchFlag},
-    {"makeTestData", &makeTestDataRequested, SwitchFlag},
-    {"log", logFileName, SwitchString},
-    {"cpu", &wholeSecondClock, SwitchInteger},
-    {"pgn", &pgnRequested, SwitchFlag},
+    {"test", &commandLine.selfTest, SwitchFlag},
+    {"makeTestData", &commandLine.makeTestData, SwitchFlag},
+    {"log", commandLine.logFileName, SwitchString},
+    {"cpu", &clockSettings.wholeSeconds, SwitchInteger},
+    {"pgn", &commandLine.pgn, SwitchFlag},
     {"quiet", nullptr, SwitchNone},
     {"", nullptr, SwitchNone},
 };
@@ -39,7 +36,7 @@ const SwitchRow* findSwitch(const char* name) {
 }  // namespace
 
 int readSwitches(int argc, char** argv) {
-  logFileName[0] = '\0';
+  commandLine.logFileName[0] = '\0';
   for (int i = 1; i < argc; ++i) {
     const char* argument = argv[i];
     if (argument[0] != '-') {

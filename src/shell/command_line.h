@@ -18,16 +18,20 @@ struct SwitchRow {
 
 constexpr int logFileNameSize = 512;
 
-extern int32_t selfTestRequested;      // -test
-extern int32_t makeTestDataRequested;  // -makeTestData
-extern int32_t pgnRequested;           // -pgn: accepted, nothing reads it
-extern char logFileName[logFileNameSize];  // -log; empty means no log
+struct CommandLine {
+  int32_t selfTest = 0;                // -test
+  int32_t makeTestData = 0;            // -makeTestData
+  int32_t pgn = 0;                     // -pgn: accepted, nothing reads it
+  char logFileName[logFileNameSize] = "";  // -log; empty means no log
+};
+
+extern CommandLine commandLine;
 
 extern const SwitchRow switchTable[];
 
 // The short help on standard error.
 void usage(const char* programName);
 
-// Clears logFileName and reads argv[1..argc-1] into the table's destinations.
+// Clears commandLine.logFileName and reads argv[1..argc-1] into the table's destinations.
 // Returns 0, or -1 after printing the error and the usage text.
 int readSwitches(int argc, char** argv);

@@ -4,12 +4,18 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 constexpr int gameStackSize = 2048;
 
-extern Position gameStack[gameStackSize];
-extern int32_t gameLength;  // index of the current record
+struct Game {
+  Position stack[gameStackSize];
+  int32_t length = 0;  // index of the current record
+  // 1 until the game has been set up for the first time.
+  int32_t startPositionPending = 1;
+};
+
+extern Game game;
 
 // Why a position can't be a game's root, or null if it can: each side needs
 // exactly one king, no pawn on the first or last rank, at most 16 pieces and

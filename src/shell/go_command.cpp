@@ -6,14 +6,18 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
+#include "board/fen.h"
+#include "board/make_move.h"
+#include "board/queries.h"
+#include "book/book.h"
+#include "search/limits.h"
 #include "search/think.h"
 #include "shell/game.h"
-#include "shell/log.h"
-#include "shell/options.h"
-#include "shell/search_flags.h"
+#include "shell/tokenise.h"
 
-int32_t searchRunning = 0;
-int32_t searchNeedsCommand = 0;
+SearchSession searchSession;
 
 namespace {
 
@@ -54,7 +58,7 @@ double movesToGoBudget(double timeLeft, int movesToGo, double overhead) {
   // In deep time trouble the goal falls to its floor: the hard limit is then
   // the budget's own hard time, never less than that floor.
   double percent = goal > floor ? hard / goal * 100 : (hard > floor ? hard : floor) / floor * 100;
-  hardTimePercent = static_cast<int32_t>(percent);
+  searchLimits.hardTimePercent = static_cast<int32_t>(percent);
   logPrintf("We have %8.1f seconds to make %d moves = %8.1f goal\n", timeLeft, movesToGo, goal);
   return goal > floor ? goal : floor;
 }
@@ -80,7 +84,7 @@ double incrementBudget(double timeLeft, double increment, double overhead) {
   const double multiple = timeLeft / increment + 2.0 < 5.0 ? timeLeft / increment + 2.0 : 5.0;
   double hard = multiple * goal < 0.5 * spare ? multiple * goal : 0.5 * spare;
   if (hard < goal) hard = goal;
-  hardTimePercent = static_cast<int32_t>(100 * hard / goal + 0.5);
+  searchLimits.hardTimePercent = static_cast<int32_t>(100 * hard / goal + 0.5);
   logPrintf("We have %8.1f seconds for the game.  %8.1f goal set\n", timeLeft, goal);
   return goal;
 }
@@ -148,6 +152,30 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
   }
 }
 
+// The legal moves of root whose texts the list names, in the order the
+// generator gives them; a text that names no legal move is left out.
+void readSearchMoves(const Position& root, const char* texts, RootMoveList& allowed) {
+  char copy[searchMovesCapacity];
+  std::snprintf(copy, sizeof copy, "%s", texts);
+  char* words[searchMovesCapacity / 2 + 1];
+  const int wordCount = tokenise(copy, words);
+  Move list[maxGeneratedMoves];
+  const int count = generateAllMoves(root, list);
+  Position child;
+  char text[8];
+  allowed.count = 0;
+  for (int i = 0; i < count; ++i) {
+    makeMove(root, child, list[i]);
+    if (kingAttacked(child, sideToMove(root))) continue;
+    moveToText(list[i], text);
+    for (int w = 0; w < wordCount; ++w)
+      if (std::strcmp(words[w], text) == 0) {
+        allowed.moves[allowed.count++] = list[i];
+        break;
+      }
+  }
+}
+
 SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
   if (request.depth > 0 || request.infiniteSearch)
     return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth, false};
@@ -166,15 +194,28 @@ SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
 void goCommand(char** tokens, int count) {
   GoRequest request;
   readGoWords(tokens, count, request);
-  nodeLimit = request.nodeLimit;
-  pondering = request.ponder ? 1 : 0;
+  searchLimits.nodeLimit = request.nodeLimit;
+  searchLimits.pondering = request.ponder ? 1 : 0;
 
-  Position& root = gameStack[gameLength];
-  SearchPlan plan = planSearch(request, sideToMove(root), moveOverheadMs * 0.001);
+  Position& root = game.stack[game.length];
+  SearchPlan plan = planSearch(request, sideToMove(root), options.moveOverheadMs * 0.001);
 
-  searchRunning = 1;
-  searchNeedsCommand = request.infiniteSearch;
-  think(root, plan.goal, plan.maxDepth, request.searchMoves, plan.exactTime);
-  searchRunning = 0;
-  searchNeedsCommand = 0;
+  ThinkRequest search;
+  search.goalSeconds = plan.goal;
+  search.maxDepth = plan.maxDepth;
+  search.exactTime = plan.exactTime;
+  if (request.searchMoves[0]) {
+    search.restricted = true;
+    readSearchMoves(root, request.searchMoves, search.allowed);
+  }
+  // The stop of the last search is cleared first, so that the moves the book
+  // probe makes are counted as they always were.
+  clearTheStop();
+  search.bookMove = probeBook(root);
+
+  searchSession.running = 1;
+  searchSession.needsCommand = request.infiniteSearch;
+  think(mainSearch, root, search);
+  searchSession.running = 0;
+  searchSession.needsCommand = 0;
 }

@@ -4,13 +4,18 @@
 
 #include <cstdint>
 
-// Set while go runs its search; polls then refuse go, position and a new
-// hash table, which would pull the ground from under the search.
-extern int32_t searchRunning;
-// The running search is a go infinite: only a command ends it, so at the
-// end of input it is stopped as by "stop" (a ponder search too, until its
-// ponderhit).
-extern int32_t searchNeedsCommand;
+// The search that go runs, as the dispatcher sees it.
+struct SearchSession {
+  // Set while go runs its search; polls then refuse go, position and a new
+  // hash table, which would pull the ground from under the search.
+  int32_t running = 0;
+  // The running search is a go infinite: only a command ends it, so at the
+  // end of input it is stopped as by "stop" (a ponder search too, until its
+  // ponderhit).
+  int32_t needsCommand = 0;
+};
+
+extern SearchSession searchSession;
 
 constexpr int searchMovesCapacity = 2048;
 constexpr int deepestSearch = 99;  // the driver keeps 100 iterations
@@ -40,14 +45,14 @@ struct SearchPlan {
 };
 
 // The kind of search a request asks for and its time goal, for the side to
-// move; a clock budget also sets hardTimePercent and writes its log line.
+// move; a clock budget also sets the hard limit percentage and writes its log line.
 SearchPlan planSearch(const GoRequest& request, int side, double overhead);
 
-// The goal in seconds for a clock situation, setting hardTimePercent where
+// The goal in seconds for a clock situation, setting the hard limit percentage where
 // the budget decides it: moves-to-go when movesToGo isn't 0, else the budget
 // with increment or the sudden-death one. Writes the budget's log line.
 double timeBudget(double timeLeft, double increment, int movesToGo, double overhead);
 
-// The whole command: reads the line, sets nodeLimit and pondering, and runs
+// The whole command: reads the line, sets the node limit and pondering, and runs
 // the search on the current record of the game.
 void goCommand(char** tokens, int count);

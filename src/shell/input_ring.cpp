@@ -5,7 +5,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "shell/platform.h"
+#include "base/platform.h"
 
 InputRing inputRing;
 

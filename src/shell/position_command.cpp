@@ -6,18 +6,16 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
+#include "base/log.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
-#include "shell/engine_exit.h"
 #include "shell/game.h"
-#include "shell/log.h"
 
-Position gameStack[gameStackSize];
-int32_t gameLength = 0;
-int32_t startPositionPending = 1;
+Game game;
 
 const char* positionDefect(const Position& position) {
   for (int colour = White; colour <= Black; ++colour) {
@@ -70,9 +68,9 @@ void dropUnfitRights(Position& position) {
 }
 
 void setUpStartPosition() {
-  gameLength = 0;
-  parseFen(gameStack[0], startPositionFen);
-  startPositionPending = 0;
+  game.length = 0;
+  parseFen(game.stack[0], startPositionFen);
+  game.startPositionPending = 0;
 }
 
 namespace {
@@ -81,22 +79,22 @@ namespace {
 // move that leaves the mover's king attacked and a move beyond the stack's
 // room all end the move list: the game stays at the last good position.
 bool playMoveText(const char* text) {
-  if (gameLength + 1 >= gameStackSize) {
+  if (game.length + 1 >= gameStackSize) {
     logPrintf("position: no room for move %s, the game stops before it\n", text);
     return false;
   }
-  const Position& current = gameStack[gameLength];
+  const Position& current = game.stack[game.length];
   Move list[maxGeneratedMoves];
   int count = generateAllMoves(current, list);
   char moveText[8];
   for (int i = 0; i < count; ++i) {
     moveToText(list[i], moveText);
     if (strcasecmp(moveText, text) != 0) continue;
-    Position& next = gameStack[gameLength + 1];
+    Position& next = game.stack[game.length + 1];
     makeMove(current, next, list[i]);
     if (kingAttacked(next, sideToMove(current))) break;
     next.inCheck = kingInAttackMap(next, sideToMove(next));
-    ++gameLength;
+    ++game.length;
     return true;
   }
   logPrintf("position: move %s refused, the game stops before it\n", text);
@@ -137,8 +135,8 @@ void positionCommand(char** tokens, int count) {
     logPrintf("position refused: %s\n", defect);
     return;
   }
-  gameLength = 0;
-  gameStack[0] = root;
+  game.length = 0;
+  game.stack[0] = root;
 
   int i = scanFrom;
   while (i < count && std::strcmp(tokens[i], "moves") != 0) ++i;

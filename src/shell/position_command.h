@@ -3,10 +3,7 @@
 
 #include <cstdint>
 
-// 1 until the game has been set up for the first time.
-extern int32_t startPositionPending;
-
-// Makes the start position the game and clears startPositionPending; the
+// Makes the start position the game and clears game.startPositionPending; the
 // first pass of uciPoll calls it, whether a line waits or not.
 void setUpStartPosition();
 

@@ -5,9 +5,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/engine_exit.h"
 #include "board/fen.h"
+#include "book/book.h"
 #include "search/think.h"
-#include "shell/engine_exit.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
@@ -75,8 +76,11 @@ constexpr double searchGoal = 31622400.0;  // a year: time never ends these sear
 void searchBatchPosition(const char* fen, int depth) {
   Position position;
   parseFen(position, fen);
-  char noMoves[1] = "";
-  think(position, searchGoal, depth, noMoves);
+  ThinkRequest request;
+  request.goalSeconds = searchGoal;
+  request.maxDepth = depth;
+  request.bookMove = probeBook(position);
+  think(mainSearch, position, request);
 }
 
 void searchTestRow(int row, char* fen) {
@@ -94,8 +98,8 @@ int makeTestData() {
   for (int row = 0; row < 50; ++row) {
     char fen[160];
     searchTestRow(row, fen);
-    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(depthMove[testSearchDepth]),
-                depthScore[testSearchDepth], static_cast<int64_t>(depthNodes[testSearchDepth]));
+    std::printf("  \"%s %d %d %" PRId64 "\",\n", fen, static_cast<int>(mainSearch.depthMove[testSearchDepth]),
+                mainSearch.depthScore[testSearchDepth], static_cast<int64_t>(mainSearch.depthNodes[testSearchDepth]));
     std::fflush(stdout);
   }
   std::printf("};\n");
@@ -123,16 +127,16 @@ int runSelfTest() {
       std::memcpy(copy, testFens[row], sizeof copy);
       copy[sizeof copy - 1] = 0;
       int count = tokenise(copy, tokens);
-      bool same = count >= 7 && static_cast<long long>(depthMove[testSearchDepth]) == std::atoll(tokens[4]) &&
-                  static_cast<long long>(depthScore[testSearchDepth]) == std::atoll(tokens[5]) &&
-                  static_cast<long long>(depthNodes[testSearchDepth]) == std::atoll(tokens[6]);
+      bool same = count >= 7 && static_cast<long long>(mainSearch.depthMove[testSearchDepth]) == std::atoll(tokens[4]) &&
+                  static_cast<long long>(mainSearch.depthScore[testSearchDepth]) == std::atoll(tokens[5]) &&
+                  static_cast<long long>(mainSearch.depthNodes[testSearchDepth]) == std::atoll(tokens[6]);
       if (!same) {
         std::printf("Error in position %d - self test failed\n", row);
         return 1;
       }
       for (int depth = 1; depth < testSearchDepth; ++depth) {
-        totalNodes += depthNodes[depth];
-        totalSeconds += depthTime[depth];
+        totalNodes += mainSearch.depthNodes[depth];
+        totalSeconds += mainSearch.depthTime[depth];
       }
       std::printf(".");
       std::fflush(stdout);

@@ -8,12 +8,12 @@
 #include <cstring>
 #include <strings.h>
 
-#include "eval/tables.h"
-#include "search/book.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "book/book.h"
+#include "eval/evaluate.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
-#include "shell/log.h"
-#include "shell/options.h"
 
 namespace {
 
@@ -45,6 +45,12 @@ const EngineOption* findOption(const EngineOption* table, const char* name) {
 }
 
 }  // namespace
+
+void rebuildEvaluation() {
+  initEvaluation();
+  hashClear();
+  clearEvaluationCaches(evalCaches);
+}
 
 void readOptionText(char** tokens, int count, OptionText& text) {
   for (char* t : {text.optionName, text.optionValue}) {
@@ -101,21 +107,21 @@ void setoptionCommand(char** tokens, int count) {
     // A value outside the announced range is held to the nearer end, so that
     // no setting can make a draw outweigh a mate or a margin overflow; the
     // uci answer shows the value in force.
-    *row->value = std::clamp(toInteger(value), row->minimum, row->maximum);
-    initEvaluation();
+    options.*row->value = std::clamp(toInteger(value), row->minimum, row->maximum);
+    rebuildEvaluation();
     buildReductionTables();
     return;
   }
   if (const EngineOption* row = findOption(checkOptions, name)) {
     if (std::strcmp(value, "true") == 0) {
-      *row->value = 1;
+      options.*row->value = 1;
     } else if (std::strcmp(value, "false") == 0) {
-      *row->value = 0;
+      options.*row->value = 0;
     } else {
       std::printf("info string %s not recognized as checkbox argument\n", value);
       std::fflush(stdout);
     }
-    initEvaluation();
+    rebuildEvaluation();
     return;
   }
   if (std::strcmp(name, "hash") == 0) {
@@ -124,49 +130,49 @@ void setoptionCommand(char** tokens, int count) {
     const int32_t asked = std::clamp(toInteger(value), 0, maxHashMb);
     if (asked < 1) {
       hashAllocate(0);
-      hashSizeMb = 0;
+      options.hashSizeMb = 0;
       std::printf("info string Hash tables turned OFF\n");
       logPrintf("Hash tables turned off\n");
     } else if (hashAllocate(asked)) {
-      hashSizeMb = asked;
-      std::printf("info string Hash table size is now %d meg\n", hashSizeMb);
-    } else if (hashSizeMb > 0) {
+      options.hashSizeMb = asked;
+      std::printf("info string Hash table size is now %d meg\n", options.hashSizeMb);
+    } else if (options.hashSizeMb > 0) {
       hashClear();
-      std::printf("info string no memory for a hash table of %d meg, keeping %d meg\n", asked, hashSizeMb);
+      std::printf("info string no memory for a hash table of %d meg, keeping %d meg\n", asked, options.hashSizeMb);
     } else {
       std::printf("info string no memory for a hash table of %d meg, Hash tables stay OFF\n", asked);
     }
     // Like every other setting, a new size starts the search from empty caches.
-    clearEvaluationCaches();
+    clearEvaluationCaches(evalCaches);
     std::fflush(stdout);
     return;
   }
   if (std::strcmp(name, "multipv") == 0) {
     // The search keeps room for 1 to 99 lines: a value outside is held to
     // the nearer end, and the uci answer shows the value in force.
-    multiPv = std::min(std::max(toInteger(value), 1), 99);
+    options.multiPv = std::min(std::max(toInteger(value), 1), 99);
     return;
   }
   if (std::strcmp(name, "ownbook") == 0) {
-    ownBook = std::strcmp(value, "true") == 0 ? 1 : 0;
+    options.ownBook = std::strcmp(value, "true") == 0 ? 1 : 0;
     // A missing default book is the usual case and goes unsaid; a file that
     // is there but can't be read is worth a line.
     if (openBook() == BookOpening::Unreadable) sayBookUnreadable();
     return;
   }
   if (std::strcmp(name, "ponder") == 0) {
-    ponderOption = std::strcmp(value, "true") == 0 ? 1 : 0;
-    logPrintf("Ponder set to %d\n", ponderOption);
+    options.ponder = std::strcmp(value, "true") == 0 ? 1 : 0;
+    logPrintf("Ponder set to %d\n", options.ponder);
     return;
   }
   if (std::strcmp(name, "book file") == 0) {
     // A file name keeps its case and its long words; a longer name is cut to
     // the 511 bytes that fit.
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", text.bookFileValue);
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", text.bookFileValue);
     // With OwnBook off the name is only kept: it is tried when OwnBook goes on.
     BookOpening opening = openBook();
     if (opening == BookOpening::Opened || opening == BookOpening::Off) {
-      std::printf("info string book file is %s\n", bookFileName);
+      std::printf("info string book file is %s\n", options.bookFileName);
       std::fflush(stdout);
     } else {
       sayBookUnreadable();

@@ -25,3 +25,8 @@ void setoptionCommand(char** tokens, int count);
 
 // True when the line names the Hash option, read as the command reads it.
 bool namesHashOption(char** tokens, int count);
+
+// Builds the evaluation's tables for the options in force and empties
+// everything that holds values of the former setting: the hash table and the
+// evaluation caches.
+void rebuildEvaluation();

@@ -5,18 +5,19 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "base/engine_exit.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "base/platform.h"
+#include "base/three_file_mask.h"
+#include "book/book.h"
 #include "eval/tables.h"
-#include "search/book.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "shell/command_line.h"
-#include "shell/engine_exit.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
-#include "shell/platform.h"
-#include "shell/search_flags.h"
 #include "shell/self_test.h"
-#include "shell/three_file_mask.h"
+#include "shell/setoption.h"
 #include "shell/uci.h"
 #include "shell/version.h"
 
@@ -25,11 +26,11 @@ namespace {
 // A default size the memory can't give leaves the engine without a table,
 // and the uci answer says Hash 0.
 void allocateStartTable() {
-  if (hashSizeMb != 0 && !hashAllocate(hashSizeMb)) hashSizeMb = 0;
+  if (options.hashSizeMb != 0 && !hashAllocate(options.hashSizeMb)) options.hashSizeMb = 0;
 }
 
 [[noreturn]] void runUciMode(BookOpening opening) {
-  initEvaluation();
+  rebuildEvaluation();
   std::fprintf(stderr, "Tarvok version %s\n", engineVersion);
   // A missing default book goes unsaid; one that is there but unreadable is told.
   if (opening == BookOpening::Unreadable) sayBookUnreadable();
@@ -39,8 +40,9 @@ void allocateStartTable() {
 }
 
 int runSelfTestMode() {
-  batchMode = 1;
-  initEvaluation();
+  searchLimits.batchMode = 1;
+  searchLimits.serveInput = uciPoll;
+  rebuildEvaluation();
   startInputReader();
   allocateStartTable();
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
@@ -48,8 +50,9 @@ int runSelfTestMode() {
 }
 
 int runMakeTestDataMode() {
-  batchMode = 1;
-  initEvaluation();
+  searchLimits.batchMode = 1;
+  searchLimits.serveInput = uciPoll;
+  rebuildEvaluation();
   startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
   allocateStartTable();
@@ -81,9 +84,9 @@ int engineMain(int argc, char** argv) {
 
   if (readSwitches(argc, argv) != 0) return -1;
   // A log file that can't be opened means no log; the engine runs on.
-  if (logFileName[0]) openLog(logFileName);
+  if (commandLine.logFileName[0]) openLog(commandLine.logFileName);
 
-  if (makeTestDataRequested) return runMakeTestDataMode();
-  if (selfTestRequested) return runSelfTestMode();
+  if (commandLine.makeTestData) return runMakeTestDataMode();
+  if (commandLine.selfTest) return runSelfTestMode();
   runUciMode(opening);
 }

@@ -4,13 +4,14 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
+#include "base/log.h"
+#include "base/options.h"
+#include "search/limits.h"
+#include "shell/game.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
 #include "shell/position_command.h"
-#include "shell/search_flags.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/version.h"
@@ -29,7 +30,7 @@ const char* checkText(int32_t value) { return value ? "true" : "false"; }
 // A running search keeps its game, its table and its root: the client is
 // told, and the search goes on undisturbed.
 bool refusedDuringSearch(const char* command) {
-  if (!searchRunning) return false;
+  if (!searchSession.running) return false;
   std::printf("info string %s refused while a search runs\n", command);
   std::fflush(stdout);
   return true;
@@ -41,14 +42,14 @@ void printUciAnswer() {
   std::printf("id name %s %s\n", engineName, engineVersion);
   std::printf("id author Orin Tessaly, Quill Marrow\n");
   std::printf("option name Ponder type check default true\n");
-  std::printf("option name Hash type spin default %d min 0 max %d\n", hashSizeMb, maxHashMb);
-  std::printf("option name OwnBook type check default %s\n", checkText(ownBook));
-  std::printf("option name MultiPV type spin default %d min 1 max 99\n", multiPv);
-  std::printf("option name Book File type string default %s\n", bookFileName);
+  std::printf("option name Hash type spin default %d min 0 max %d\n", options.hashSizeMb, maxHashMb);
+  std::printf("option name OwnBook type check default %s\n", checkText(options.ownBook));
+  std::printf("option name MultiPV type spin default %d min 1 max 99\n", options.multiPv);
+  std::printf("option name Book File type string default %s\n", options.bookFileName);
   for (const EngineOption* row = checkOptions; row->name[0]; ++row)
-    std::printf("option name %s type check default %s\n", row->name, checkText(*row->value));
+    std::printf("option name %s type check default %s\n", row->name, checkText(options.*row->value));
   for (const EngineOption* row = spinOptions; row->name[0]; ++row)
-    std::printf("option name %s type spin default %d min %d max %d\n", row->name, *row->value,
+    std::printf("option name %s type spin default %d min %d max %d\n", row->name, options.*row->value,
                 row->minimum, row->maximum);
   std::printf("uciok\n");
   std::fflush(stdout);
@@ -56,16 +57,16 @@ void printUciAnswer() {
 
 bool uciPoll() {
   // Before any line, so that a go without position searches the start position.
-  if (startPositionPending) setUpStartPosition();
+  if (game.startPositionPending) setUpStartPosition();
 
   // Once a stop has been read, the unwinding search takes no further line:
   // what the client sent after it waits for the main loop.
-  if (searchRunning && stopSearch) return false;
+  if (searchSession.running && searchLimits.stop) return false;
   InputSlot* slot = takeInputLine(inputRing);
   if (!slot) {
     // At the end of input a search that only a command can end is stopped,
     // so that it prints its bestmove and the engine can finish.
-    if (searchRunning && (searchNeedsCommand || pondering) && inputFinished(inputRing)) stopSearch = 1;
+    if (searchSession.running && (searchSession.needsCommand || searchLimits.pondering) && inputFinished(inputRing)) stopTheSearch();
     return false;
   }
   if (slot->dropped) {
@@ -105,13 +106,15 @@ bool uciPoll() {
       break;
     case hashGo:
       if (refusedDuringSearch("go")) break;
+      // The search comes back here through its polls, for stop and ponderhit.
+      searchLimits.serveInput = uciPoll;
       goCommand(tokens, count);
       break;
     case hashStop:
-      stopSearch = 1;
+      stopTheSearch();
       break;
     case hashPonderHit:
-      pondering = 0;
+      searchLimits.pondering = 0;
       break;
     case hashQuit:
       quitEngine();

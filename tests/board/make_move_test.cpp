@@ -14,7 +14,7 @@
 #include "board/keys.h"
 #include "board/queries.h"
 #include "moves/generate.h"
-#include "shell/search_flags.h"
+#include "search/limits.h"
 
 namespace {
 
@@ -80,7 +80,7 @@ struct PathWalk {
 
 TEST(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
   initPieceSquare();
-  stopSearch = 0;
+  clearTheStop();
   struct Case { const char* fen; int depth; uint64_t nodes; };  // nodes: the whole tree, root included
   // Castling both ways with pins, kings walking out and back; promotions,
   // under-promotions and captures on the eighth rank; en passant with a

@@ -18,8 +18,7 @@ class Evaluate : public ::testing::Test {
  protected:
   void SetUp() override {
     testboard::useEvaluationTables();
-    std::memset(evalCache, 0, sizeof evalCache);
-    std::memset(etable, 0, sizeof etable);
+    clearEvaluationCaches(evalCaches);
   }
   void TearDown() override { SetUp(); }
 };
@@ -52,8 +51,8 @@ TEST_F(Evaluate, ReferenceValuesTheSameForBothColours) {
       {"6k1/5pp1/8/1P6/3N4/4P3/3N4/4K2r w - -", 112},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(evaluate(rootPosition(c.fen)), c.value) << c.fen;
-    EXPECT_EQ(evaluate(rootPosition(colourMirror(c.fen).c_str())), c.value) << colourMirror(c.fen);
+    EXPECT_EQ(evaluate(rootPosition(c.fen), evalCaches), c.value) << c.fen;
+    EXPECT_EQ(evaluate(rootPosition(colourMirror(c.fen).c_str()), evalCaches), c.value) << colourMirror(c.fen);
   }
   // More positions whose value is not worked out, only the same both ways.
   for (const char* fen : {"r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -",
@@ -61,27 +60,27 @@ TEST_F(Evaluate, ReferenceValuesTheSameForBothColours) {
                           "6k1/5pp1/4q2p/8/3Q4/6P1/5PKP/8 b - -", "4k3/8/5b2/p6p/P1B4P/8/8/4K3 w - -",
                           "r4rk1/1b3ppp/p1n5/1p1Np3/4P3/1B3R2/PP3PPP/R5K1 w - -", "8/5k2/8/4P3/1p6/8/5K2/8 b - -",
                           "rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR w KQkq d6"})
-    EXPECT_EQ(evaluate(rootPosition(fen)), evaluate(rootPosition(colourMirror(fen).c_str()))) << fen;
+    EXPECT_EQ(evaluate(rootPosition(fen), evalCaches), evaluate(rootPosition(colourMirror(fen).c_str()), evalCaches)) << fen;
 }
 
 TEST_F(Evaluate, TheCacheAnswersASecondCallAndASettingChangeEmptiesIt) {
   Position p = rootPosition("r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -");
-  uint64_t probes = etableProbes;
-  const int atDefault = evaluate(p);
-  EXPECT_EQ(etableProbes, probes + 1) << "the log's statistics count each probe of the pawn table";
-  probes = etableProbes;
-  EXPECT_EQ(evaluate(p), atDefault);
-  EXPECT_EQ(etableProbes, probes) << "the second value comes from the evaluation cache";
+  uint64_t probes = evalCaches.etableProbes;
+  const int atDefault = evaluate(p, evalCaches);
+  EXPECT_EQ(evalCaches.etableProbes, probes + 1) << "the log's statistics count each probe of the pawn table";
+  probes = evalCaches.etableProbes;
+  EXPECT_EQ(evaluate(p, evalCaches), atDefault);
+  EXPECT_EQ(evalCaches.etableProbes, probes) << "the second value comes from the evaluation cache";
 
   // King safety aggressiveness reaches only the opening half of the pawn and
   // king terms; a new setting empties the caches, so no value of the former
   // one is served.
   testboard::useEvaluationTables(0);
-  EXPECT_NE(evaluate(p), atDefault);
+  EXPECT_NE(evaluate(p, evalCaches), atDefault);
   EtableEntry zero, six;
   computeEtableEntry(p, zero);
   testboard::useEvaluationTables(6);
-  EXPECT_EQ(evaluate(p), atDefault);
+  EXPECT_EQ(evaluate(p, evalCaches), atDefault);
   computeEtableEntry(p, six);
   EXPECT_EQ(scorePairEnd(zero.score), scorePairEnd(six.score));
   EXPECT_NE(scorePairOpen(zero.score), scorePairOpen(six.score));

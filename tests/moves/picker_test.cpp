@@ -38,9 +38,11 @@ Moves only(const Moves& moves, Keep keep) {
   return kept;
 }
 
+const MoveHistory noHistory{};
+
 Moves drain(const Position& p, int stageSet, Move hashMove, Move killerA = 0, Move killerB = 0) {
   MovePicker picker;
-  initPicker(picker, p, stageSet, hashMove, killerA, killerB);
+  initPicker(picker, p, noHistory, stageSet, hashMove, killerA, killerB);
   Moves out;
   while (Move m = nextMove(picker))
     if (out.push_back(m); out.size() > 2 * maxGeneratedMoves) break;
@@ -111,7 +113,6 @@ struct NodeCheck {
 };
 
 TEST(Picker, EveryStageSetServesEachOfItsMovesOnceAtEveryNodeOfSmallTrees) {
-  std::memset(history, 0, sizeof history);
   // Castling, pins, promotions with and without capture, en passant, checks
   // of every kind and evasions by king, block and capture.
   NodeCheck nodes;

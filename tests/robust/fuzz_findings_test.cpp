@@ -28,8 +28,8 @@ TEST_F(FuzzFinding, EnPassantSquareWithoutItsDoubleStepIsDropped) {
       "nbqkbnr/pp!p1pPPPP1PPP/RNBQKBNR";
   std::string out = serve({"position startpos moves e2e4\n", "position fen " + board + " b KQkq e3 m!oves d4e3\n",
                            "go depth 3\n"});
-  EXPECT_EQ(gameLength, 0);
-  EXPECT_EQ(gameStack[0].hashKey, parsed((board + " b - -").c_str()).hashKey)
+  EXPECT_EQ(game.length, 0);
+  EXPECT_EQ(game.stack[0].hashKey, parsed((board + " b - -").c_str()).hashKey)
       << "neither castling (kings away from home) nor en passant";
   EXPECT_EQ(countOf(out, "bestmove "), 1) << out;
 }
@@ -48,13 +48,13 @@ TEST_F(FuzzFinding, CastlingRightsWithoutKingAndRookAtHomeAreDropped) {
   for (std::string line; std::getline(input, line);) lines.push_back(line + "\n");
   std::string out = serve(lines);
   for (Bitboard rights : {whiteShortMask, whiteLongMask, blackShortMask, blackLongMask})
-    EXPECT_NE(gameStack[0].moved & rights, 0u) << "no rook at home on either side";
+    EXPECT_NE(game.stack[0].moved & rights, 0u) << "no rook at home on either side";
   // The second go comes in while the first one searches.
   EXPECT_EQ(countOf(out, "bestmove "), 1) << out;
   EXPECT_EQ(countOf(out, "info string go refused while a search runs\n"), 1) << out;
   // The same from the position target: a white king on b5 with rights K.
   out = serve({"position fen n3k22/3p/4pp3/PK2R w KXkq d6 fen novbes\n", "go depth 3\n"});
-  EXPECT_TRUE((gameStack[0].moved & whiteShortMask) && (gameStack[0].moved & blackShortMask));
+  EXPECT_TRUE((game.stack[0].moved & whiteShortMask) && (game.stack[0].moved & blackShortMask));
   EXPECT_EQ(countOf(out, "bestmove "), 1) << out;
 }
 
@@ -83,7 +83,7 @@ TEST(FuzzRules, RightsAndEnPassantSquaresTheBoardDoesNotShowAreDropped) {
 TEST_F(FuzzFinding, MorePawnsOrPromotedPiecesThanAGameAllowsAreRefused) {
   std::string out = serve({"position startpos\n", "position fen r3k2N2/PPPQ1PP/PPPK2Pc1\n", "go depth 3\n"});
   EXPECT_NE(out.find("info string position refused: a side has more than 8 pawns\n"), std::string::npos) << out;
-  EXPECT_EQ(gameLength, 0);
+  EXPECT_EQ(game.length, 0);
   EXPECT_EQ(countOf(out, "bestmove "), 1) << out;
   const std::pair<const char*, const char*> cases[] = {
       {"4k3/8/8/8/8/8/PPPPPPPP/3QKQQ1 w - -", "a side has more pieces than promotions could give"},

@@ -8,12 +8,14 @@
 #include <cstring>
 #include <new>
 
+#include "../support/board.h"
+#include "base/options.h"
 #include "eval/tables.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/think.h"
-#include "shell/options.h"
-#include "shell/search_flags.h"
 #include "shell/self_test.h"
+#include "shell/setoption.h"
 
 // AddressSanitizer brings its own operator new; replacing it there would mix
 // two allocators, so the sanitizer build leaves the count to the plain build.
@@ -45,21 +47,21 @@ namespace {
 
 TEST(Allocation, ASearchWithItsPickerEvaluationAndTableAsksTheHeapForNothing) {
   if (!TARVOK_COUNTS_ALLOCATIONS) GTEST_SKIP() << "counted in the build without AddressSanitizer";
-  initEvaluation();
+  rebuildEvaluation();
   hashAllocate(16);
   // Middle game with castling and en passant, then an ending that reaches
   // the ending table's handlers and the passed pawn terms.
   const char* middleGame = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -";
   const char* ending = "8/R5K1/8/8/1p6/1k6/p6P/8 b - -";
   countedAllocations = 0;
-  batchMode = 1;
-  countingAllocations = true;
-  searchBatchPosition(middleGame, 8);
-  searchBatchPosition(ending, 10);
-  countingAllocations = false;
-  batchMode = 0;
-  deterministic = 0;
-  EXPECT_GT(depthNodes[10], 10000u) << "the searches ran";
+  {
+    testboard::BatchMode batch;
+    countingAllocations = true;
+    searchBatchPosition(middleGame, 8);
+    searchBatchPosition(ending, 10);
+    countingAllocations = false;
+  }
+  EXPECT_GT(mainSearch.depthNodes[10], 10000u) << "the searches ran";
   EXPECT_EQ(countedAllocations.load(), 0);
 
   // The counter itself works: a plain allocation is seen.

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "../support/board.h"
+#include "base/options.h"
 #include "search/reductions.h"
-#include "shell/options.h"
 
 namespace {
 
@@ -32,14 +32,14 @@ TEST(DrawnMaterial, MinorPiecesAloneAreDrawnAwayFromTheRoot) {
 }
 
 TEST(DrawValue, DrawscoreCountsForTheSideToMoveAtTheRoot) {
-  const int saved = drawScore;
+  const int saved = options.drawScore;
   for (int score : {-5, 20}) {
-    drawScore = score;
+    options.drawScore = score;
     EXPECT_EQ(drawValue(0), score);
     EXPECT_EQ(drawValue(6), score);
     EXPECT_EQ(drawValue(3), -score);
   }
-  drawScore = saved;
+  options.drawScore = saved;
 }
 
 // A line of records built by hand from a root of key 100: each step has the

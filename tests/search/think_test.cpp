@@ -9,8 +9,8 @@
 #include "eval/evaluate.h"
 #include "search/draws.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search.h"
-#include "shell/search_flags.h"
 #include "shell/self_test.h"
 
 namespace {
@@ -25,16 +25,16 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
   hashAllocate(64);
   for (int row : {3, 26, 42, 43, 48}) {
     char fen[160];
-    batchMode = 1;
-    searchTestRow(row, fen);
-    batchMode = 0;
-    deterministic = 0;
+    {
+      testboard::BatchMode batch;
+      searchTestRow(row, fen);
+    }
     int move = 0, score = 0;
     unsigned long long nodes = 0;
     ASSERT_EQ(std::sscanf(testFens[row], "%*s %*s %*s %*s %d %d %llu", &move, &score, &nodes), 3);
-    EXPECT_EQ(static_cast<int>(depthMove[testSearchDepth]), move) << "row " << row;
-    EXPECT_EQ(depthScore[testSearchDepth], score) << "row " << row;
-    EXPECT_EQ(depthNodes[testSearchDepth], nodes) << "row " << row;
+    EXPECT_EQ(static_cast<int>(mainSearch.depthMove[testSearchDepth]), move) << "row " << row;
+    EXPECT_EQ(mainSearch.depthScore[testSearchDepth], score) << "row " << row;
+    EXPECT_EQ(mainSearch.depthNodes[testSearchDepth], nodes) << "row " << row;
   }
 }
 
@@ -44,18 +44,16 @@ TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
   testboard::useEvaluationTables();
   struct Case { int32_t percent; double goal; bool exactTime; double hard; };
   const Case cases[] = {{500, 0.2, false, 1.0}, {135, 2.0, false, 2.7}, {500, 0.28, true, 0.28}};
-  const int32_t savedPercent = hardTimePercent;
   for (const Case& c : cases) {
-    hardTimePercent = c.percent;
+    testboard::BatchMode batch;
+    searchLimits.hardTimePercent = c.percent;
     Position root = testboard::rootPosition("4k3/8/8/8/8/8/4P3/4K3 w - -");
-    char moves[1] = "";
-    batchMode = 1;
-    think(root, c.goal, 1, moves, c.exactTime);
-    batchMode = 0;
-    deterministic = 0;
-    EXPECT_NEAR(hardTimeLimit - searchStartTime, c.hard, 1e-9) << c.percent << " " << c.goal;
+    ThinkRequest request;
+    request.goalSeconds = c.goal;
+    request.exactTime = c.exactTime;
+    think(mainSearch, root, request);
+    EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
   }
-  hardTimePercent = savedPercent;
 }
 
 TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
@@ -72,18 +70,18 @@ TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
 
 TEST(SearchLimits, TheDeepestPlyGivesTheStaticValueOrInCheckTheDrawValue) {
   testboard::useEvaluationTables();
-  stopSearch = 0;
+  clearTheStop();
   Move line[lineLength] = {};
   Position quiet = testboard::rootPosition("r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq -");
-  const int staticValue = evaluate(quiet);
-  EXPECT_EQ(searchNode(quiet, 50, 12, maxSearchPly, line, 0, 0), staticValue);
-  EXPECT_EQ(searchPv(quiet, -200, 200, 12, maxSearchPly, line), staticValue);
-  EXPECT_EQ(searchQuiet(quiet, -200, 200, 0, maxSearchPly, line), staticValue);
+  const int staticValue = evaluate(quiet, *mainSearch.caches);
+  EXPECT_EQ(searchNode(mainSearch, quiet, 50, 12, maxSearchPly, line, 0, 0), staticValue);
+  EXPECT_EQ(searchPv(mainSearch, quiet, -200, 200, 12, maxSearchPly, line), staticValue);
+  EXPECT_EQ(searchQuiet(mainSearch, quiet, -200, 200, 0, maxSearchPly, line), staticValue);
   // Black in check from the bishop on b5: no static value stands in check.
   Position check = testboard::rootPosition("rnbqkbnr/ppp2ppp/3p4/1B2p3/4P3/8/PPPP1PPP/RNBQK1NR b KQkq -");
-  EXPECT_EQ(searchNode(check, 50, 12, maxSearchPly, line, 0, 0), drawValue(maxSearchPly));
-  EXPECT_EQ(searchPv(check, -200, 200, 12, maxSearchPly, line), drawValue(maxSearchPly));
-  EXPECT_EQ(searchQuiet(check, -200, 200, 0, maxSearchPly, line), drawValue(maxSearchPly));
+  EXPECT_EQ(searchNode(mainSearch, check, 50, 12, maxSearchPly, line, 0, 0), drawValue(maxSearchPly));
+  EXPECT_EQ(searchPv(mainSearch, check, -200, 200, 12, maxSearchPly, line), drawValue(maxSearchPly));
+  EXPECT_EQ(searchQuiet(mainSearch, check, -200, 200, 0, maxSearchPly, line), drawValue(maxSearchPly));
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "../support/engine_session.h"
 #include "../support/legal_moves.h"
 #include "../support/uci_lines.h"
-#include "../support/engine_session.h"
 
 namespace {
 

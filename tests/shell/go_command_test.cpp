@@ -1,3 +1,4 @@
+#include "search/limits.h"
 #include "shell/go_command.h"
 
 #include <gtest/gtest.h>
@@ -35,18 +36,18 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
       {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
       {"go wtime 10 btime 10 movetime 400", White, 0.38, 99, 321},  // spent whole, less the overhead
   };
-  const int32_t savedPercent = hardTimePercent;
+  const SearchLimits savedLimits = searchLimits;
   for (const Case& c : cases) {
-    hardTimePercent = 321;
+    searchLimits.hardTimePercent = 321;
     Words words(c.line);
     GoRequest request;
     readGoWords(words.tokens.data(), words.count, request);
     SearchPlan plan = planSearch(request, c.side, 0.02);
     EXPECT_NEAR(plan.goal, c.goal, 0.00005) << c.line;
     EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
-    EXPECT_EQ(hardTimePercent, c.percent) << c.line;
+    EXPECT_EQ(searchLimits.hardTimePercent, c.percent) << c.line;
   }
-  hardTimePercent = savedPercent;
+  searchLimits = savedLimits;
 }
 
 // A busy machine: every move runs to its hard limit, and every tenth (or
@@ -55,17 +56,17 @@ TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
 TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
   struct Case { double base, increment, delay; int every; };
   const Case cases[] = {{5, 0.05, 0.3, 10}, {10, 0.1, 0.3, 10}, {2, 0.02, 0.2, 20}, {60, 1, 1.5, 10}};
-  const int32_t savedPercent = hardTimePercent;
+  const SearchLimits savedLimits = searchLimits;
   for (const Case& c : cases) {
     double clock = c.base;
     for (int move = 1; move <= 300; ++move) {
       const double goal = timeBudget(clock, c.increment, 0, 0.02);
-      clock -= goal * hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
+      clock -= goal * searchLimits.hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
       ASSERT_GT(clock, 0.0) << c.base << " s + " << c.increment << " s lost on time at move " << move;
       clock += c.increment;
     }
   }
-  hardTimePercent = savedPercent;
+  searchLimits = savedLimits;
 }
 
 // The request as text: clocks and increments white/black, move time, moves

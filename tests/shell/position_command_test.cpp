@@ -41,17 +41,17 @@ TEST(PositionCommand, PlaysTheMovesUpToTheFirstThatIsntLegalAndRefusesImpossible
   for (const Case& c : cases) {
     position("position startpos moves d2d4");
     position(c.line);
-    EXPECT_EQ(gameLength, c.length) << c.line;
-    EXPECT_EQ(gameStack[gameLength].hashKey, testboard::parsed(c.fen ? c.fen : afterD4).hashKey) << c.line;
-    for (int i = 1; i <= gameLength; ++i) EXPECT_EQ(gameStack[i].previous, &gameStack[i - 1]) << c.line;
+    EXPECT_EQ(game.length, c.length) << c.line;
+    EXPECT_EQ(game.stack[game.length].hashKey, testboard::parsed(c.fen ? c.fen : afterD4).hashKey) << c.line;
+    for (int i = 1; i <= game.length; ++i) EXPECT_EQ(game.stack[i].previous, &game.stack[i - 1]) << c.line;
   }
   position("position startpos moves f2f3 e7e5 g2g4 d8h4");
-  EXPECT_EQ(gameStack[4].inCheck, 1);
-  EXPECT_EQ(gameStack[3].inCheck, 0);
+  EXPECT_EQ(game.stack[4].inCheck, 1);
+  EXPECT_EQ(game.stack[3].inCheck, 0);
   std::string longGame = "position startpos moves";
   for (int i = 0; i < 520; ++i) longGame += " g1f3 g8f6 f3g1 f6g8";
   position(longGame);
-  EXPECT_EQ(gameLength, gameStackSize - 1) << "a game longer than the stack stops at its end";
+  EXPECT_EQ(game.length, gameStackSize - 1) << "a game longer than the stack stops at its end";
 }
 
 }  // namespace

@@ -10,14 +10,29 @@
 #include <string>
 #include <vector>
 
+#include "base/options.h"
+#include "base/score_pair.h"
+#include "base/types.h"
 #include "board/fen.h"
-#include "board/types.h"
-#include "eval/piece_square.h"
-#include "eval/score_pair.h"
+#include "board/piece_square.h"
 #include "eval/tables.h"
-#include "shell/options.h"
+#include "search/limits.h"
+#include "shell/setoption.h"
 
 namespace testboard {
+
+// Batch mode for the length of a scope, as the self-test searches: silent
+// and from cleared tables. The limits and the options return to what they
+// were.
+struct BatchMode {
+  const SearchLimits savedLimits = searchLimits;
+  const EngineOptions savedOptions = options;
+  BatchMode() { searchLimits.batchMode = 1; }
+  ~BatchMode() {
+    searchLimits = savedLimits;
+    options = savedOptions;
+  }
+};
 
 constexpr Square sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
@@ -42,8 +57,8 @@ inline Position rootPosition(const char* fen) {
 }
 
 inline void useEvaluationTables(int32_t aggressiveness = 6) {
-  kingSafetyAggressiveness = aggressiveness;
-  initEvaluation();
+  options.kingSafetyAggressiveness = aggressiveness;
+  rebuildEvaluation();
 }
 
 // The same position with the colours exchanged: ranks turned over, pieces,

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "board/fen.h"
-#include "search/book.h"
+#include "book/book.h"
 
 namespace testbook {
 

@@ -10,42 +10,34 @@
 #include <string>
 #include <vector>
 
+#include "base/log.h"
+#include "base/options.h"
 #include "shell/input_ring.h"
-#include "shell/log.h"
-#include "shell/options.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
 struct OptionState : testing::Test {
-  static constexpr int count = 12;
-  int32_t saved[count];
-  char savedBookFile[sizeof bookFileName];
+  EngineOptions saved;
   FILE* savedLog;
 
-  int32_t* variables[count] = {&useLmr, &nullMovePruning, &deterministic, &bestLineOnly, &redDepthThreshold,
-                               &kingSafetyAggressiveness, &moveOverheadMs, &drawScore, &hashSizeMb, &ownBook,
-                               &multiPv, &ponderOption};
-
   void SetUp() override {
-    for (int i = 0; i < count; ++i) saved[i] = *variables[i];
-    std::memcpy(savedBookFile, bookFileName, sizeof bookFileName);
-    savedLog = logFile;
-    logFile = std::tmpfile();
+    saved = options;
+    savedLog = engineLog.file;
+    engineLog.file = std::tmpfile();
     while (takeInputLine(inputRing)) {
     }
   }
   void TearDown() override {
-    for (int i = 0; i < count; ++i) *variables[i] = saved[i];
-    std::memcpy(bookFileName, savedBookFile, sizeof bookFileName);
-    if (logFile) std::fclose(logFile);
-    logFile = savedLog;
+    options = saved;
+    if (engineLog.file) std::fclose(engineLog.file);
+    engineLog.file = savedLog;
   }
   std::string logText() {
     std::string text;
-    std::rewind(logFile);
+    std::rewind(engineLog.file);
     char buffer[4096];
-    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, logFile)) > 0;) text.append(buffer, got);
-    std::fseek(logFile, 0, SEEK_END);
+    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, engineLog.file)) > 0;) text.append(buffer, got);
+    std::fseek(engineLog.file, 0, SEEK_END);
     return text;
   }
   // Every line served in order, as a client's lines arrive; what the engine

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "board/types.h"
+#include "base/types.h"
 
 constexpr uint64_t scorePairMask = 0x7fffffff7fffffffULL;
 

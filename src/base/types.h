@@ -47,7 +47,6 @@ constexpr Move makeMoveWord(Square from, Square to, uint32_t kind = KindNormal) 
   return static_cast<Move>(from * 64 + to) | kind;
 }
 constexpr bool isPromotion(Move m) { return moveKindIndex(m) > 3; }
-constexpr bool isUnderPromotion(Move m) { return (m & 0x7fff) > 0x4fff; }
 
 constexpr int fileOfSquare(Square s) { return s & 7; }
 constexpr int rankOfSquare(Square s) { return s >> 3; }

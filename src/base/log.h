@@ -3,7 +3,11 @@
 
 #include <cstdio>
 
-extern FILE* logFile;  // null means no log anywhere
+struct EngineLog {
+  FILE* file = nullptr;  // null means no log anywhere
+};
+
+extern EngineLog engineLog;
 
 // Opens the log for appending; a file that can't be opened means no log.
 void openLog(const char* fileName);

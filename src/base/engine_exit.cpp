@@ -1,4 +1,4 @@
-#include "shell/engine_exit.h"
+#include "base/engine_exit.h"
 
 #include <cstdarg>
 #include <cstdio>

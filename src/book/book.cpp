@@ -1,4 +1,4 @@
-#include "search/book.h"
+#include "book/book.h"
 
 #include <sys/stat.h>
 
@@ -6,14 +6,14 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/log.h"
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/picker.h"
-#include "shell/log.h"
-#include "shell/options.h"
 
-FILE* bookFile = nullptr;
+OpeningBook openingBook;
 
 namespace {
 
@@ -28,9 +28,9 @@ struct BookRecord {
 
 // Reads the record at index; false when the seek or the read fails.
 bool readRecordAt(long index, BookRecord& record) {
-  if (std::fseek(bookFile, index * 16, SEEK_SET) != 0) return false;
+  if (std::fseek(openingBook.file, index * 16, SEEK_SET) != 0) return false;
   unsigned char bytes[16];
-  if (std::fread(bytes, 1, 16, bookFile) != 16) return false;
+  if (std::fread(bytes, 1, 16, openingBook.file) != 16) return false;
   std::memcpy(&record.key, bytes, 8);
   std::memcpy(&record.move, bytes + 8, 2);
   std::memcpy(&record.weight, bytes + 10, 2);
@@ -42,8 +42,8 @@ bool readRecordAt(long index, BookRecord& record) {
 
 // The number of whole records, or -1 when the stream can't seek.
 long recordCount() {
-  if (std::fseek(bookFile, 0, SEEK_END) != 0) return -1;
-  long length = std::ftell(bookFile);
+  if (std::fseek(openingBook.file, 0, SEEK_END) != 0) return -1;
+  long length = std::ftell(openingBook.file);
   return length > 0 ? length / 16 : 0;  // a tail shorter than a record is ignored
 }
 
@@ -58,8 +58,8 @@ bool readsWhole(FILE* file, off_t size) {
 
 // A book that fails a probe is closed for good, so the client hears of it once.
 Move dropUnreadableBook() {
-  std::fclose(bookFile);
-  bookFile = nullptr;
+  std::fclose(openingBook.file);
+  openingBook.file = nullptr;
   sayBookUnreadable();
   return 0;
 }
@@ -95,24 +95,24 @@ void reverseBytes(void* data, int length) {
 }
 
 BookOpening openBook() {
-  if (bookFile) {
-    std::fclose(bookFile);
-    bookFile = nullptr;
+  if (openingBook.file) {
+    std::fclose(openingBook.file);
+    openingBook.file = nullptr;
   }
-  if (ownBook != 1) return BookOpening::Off;
+  if (options.ownBook != 1) return BookOpening::Off;
   struct stat status;
-  if (stat(bookFileName, &status) != 0) return BookOpening::Missing;
+  if (stat(options.bookFileName, &status) != 0) return BookOpening::Missing;
   // A directory opens for reading here: only a regular file can be a book.
   if (!S_ISREG(status.st_mode)) return BookOpening::Unreadable;
-  bookFile = std::fopen(bookFileName, "rb");
-  if (bookFile && readsWhole(bookFile, status.st_size)) return BookOpening::Opened;
-  if (bookFile) std::fclose(bookFile);
-  bookFile = nullptr;
+  openingBook.file = std::fopen(options.bookFileName, "rb");
+  if (openingBook.file && readsWhole(openingBook.file, status.st_size)) return BookOpening::Opened;
+  if (openingBook.file) std::fclose(openingBook.file);
+  openingBook.file = nullptr;
   return BookOpening::Unreadable;
 }
 
 void sayBookUnreadable() {
-  std::printf("info string book file %s can't be read, playing without a book\n", bookFileName);
+  std::printf("info string book file %s can't be read, playing without a book\n", options.bookFileName);
   std::fflush(stdout);
 }
 
@@ -133,7 +133,7 @@ uint64_t polyglotKey(const Position& position) {
 }
 
 Move probeBook(const Position& root) {
-  if (!bookFile) return 0;
+  if (!openingBook.file) return 0;
   const uint64_t key = polyglotKey(root);
   const long count = recordCount();
   if (count < 0) return dropUnreadableBook();
@@ -162,8 +162,11 @@ Move probeBook(const Position& root) {
     char text[8];
   } legal[maxBookMoves];
   int legalCount = 0;
+  // No history: the order of the legal moves only decides which of them are
+  // left out past the 128th.
+  static const MoveHistory noHistory{};
   MovePicker picker;
-  initPicker(picker, root, 0, 0, 0, 0);
+  initPicker(picker, root, noHistory, 0, 0, 0, 0);
   Position scratch;
   for (Move move; (move = nextMove(picker)) != 0;) {
     makeMove(root, scratch, move);
@@ -193,7 +196,7 @@ Move probeBook(const Position& root) {
   // that fails otherwise than at the end drops the book.
   for (long index = first; index < count; ++index) {
     if (!readRecordAt(index, record)) {
-      if (std::ferror(bookFile)) return dropUnreadableBook();
+      if (std::ferror(openingBook.file)) return dropUnreadableBook();
       break;
     }
     if (record.key != key) break;
@@ -216,7 +219,7 @@ Move probeBook(const Position& root) {
   }
   if (total == 0) return 0;
 
-  if (bestLineOnly) {
+  if (options.bestLineOnly) {
     for (int i = 0; i < candidateCount; ++i)
       for (int j = i + 1; j < candidateCount; ++j)
         if (candidates[j].weight > candidates[i].weight) {

@@ -1,4 +1,4 @@
-#include "search/book.h"
+#include "book/book.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "../support/board.h"
-#include "../support/legal_moves.h"
 #include "../support/book_writer.h"
+#include "../support/legal_moves.h"
 #include "../support/option_state.h"
 
 namespace {
@@ -46,21 +46,21 @@ struct Book : OptionState {
     OptionState::SetUp();
     directory = testbook::makeTemporaryDirectory();
     ASSERT_FALSE(directory.empty());
-    ownBook = 1;
-    bestLineOnly = 1;
+    options.ownBook = 1;
+    options.bestLineOnly = 1;
   }
   void TearDown() override {
-    if (bookFile) std::fclose(bookFile);
-    bookFile = nullptr;
+    if (openingBook.file) std::fclose(openingBook.file);
+    openingBook.file = nullptr;
     std::filesystem::remove_all(directory);
     OptionState::TearDown();
   }
   void useBook(const std::vector<Entry>& entries, int tailBytes = 0) {
     const std::string path = directory + "/book.bin";
     testbook::writeBook(path, entries, tailBytes);
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", path.c_str());
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", path.c_str());
     openBook();
-    ASSERT_NE(bookFile, nullptr);
+    ASSERT_NE(openingBook.file, nullptr);
   }
   static std::string probe(const char* fen) {
     Move move = probeBook(testboard::parsed(fen));
@@ -117,9 +117,9 @@ TEST_F(Book, EachProbeFindsTheMoveItsRecordsName) {
   }
   // No book: a directory, a missing file.
   for (std::string name : {directory, directory + "/absent.bin"}) {
-    std::snprintf(bookFileName, sizeof bookFileName, "%s", name.c_str());
+    std::snprintf(options.bookFileName, sizeof options.bookFileName, "%s", name.c_str());
     openBook();
-    EXPECT_EQ(bookFile, nullptr) << name;
+    EXPECT_EQ(openingBook.file, nullptr) << name;
     EXPECT_EQ(probe(startFen), "none");
   }
 }
@@ -139,7 +139,7 @@ TEST_F(Book, MovesAreDrawnByWeightOrWithBestLineOnlyAmongTheHeaviest) {
   };
   for (const Case& c : cases) {
     useBook(c.entries);
-    bestLineOnly = c.bestLine;
+    options.bestLineOnly = c.bestLine;
     std::srand(20240229);
     std::map<std::string, int> seen;
     for (int i = 0; i < 2000; ++i) ++seen[probe(startFen)];

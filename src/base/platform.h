@@ -3,7 +3,11 @@
 #pragma once
 
 // Nonzero makes every time measure whole seconds (the -cpu switch).
-extern int wholeSecondClock;
+struct ClockSettings {
+  int wholeSeconds = 0;
+};
+
+extern ClockSettings clockSettings;
 
 // Seconds from an arbitrary origin; only differences are ever used. A nonzero
 // mode truncates to whole seconds.

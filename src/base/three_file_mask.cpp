@@ -1,4 +1,4 @@
-#include "shell/three_file_mask.h"
+#include "base/three_file_mask.h"
 
 Bitboard threeFileMask[64];
 

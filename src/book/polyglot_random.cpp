@@ -1,4 +1,4 @@
-#include "search/book.h"
+#include "book/book.h"
 
 // The published random numbers of the Polyglot book format, in their order:
 // 768 for the pieces, 4 for castling, 8 for the en-passant file, 1 for white to move.

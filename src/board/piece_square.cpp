@@ -1,6 +1,6 @@
-#include "eval/piece_square.h"
+#include "board/piece_square.h"
 
-#include "eval/score_pair.h"
+#include "base/score_pair.h"
 
 ScorePair pieceSquare[2 * 8 * 64];
 

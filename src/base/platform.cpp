@@ -1,10 +1,10 @@
-#include "shell/platform.h"
+#include "base/platform.h"
 
 #include <chrono>
 #include <cmath>
 #include <thread>
 
-int wholeSecondClock = 0;
+ClockSettings clockSettings;
 
 double clock(int mode) {
   using namespace std::chrono;

@@ -3,7 +3,7 @@
 // three files wide.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 extern Bitboard threeFileMask[64];
 

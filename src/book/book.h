@@ -4,10 +4,14 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "board/types.h"
+#include "base/types.h"
 
 extern const uint64_t polyglotRandom[781];
-extern FILE* bookFile;  // null: no book
+struct OpeningBook {
+  FILE* file = nullptr;  // null: no book
+};
+
+extern OpeningBook openingBook;
 
 enum class BookOpening { Off, Opened, Missing, Unreadable };
 

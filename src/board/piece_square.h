@@ -2,7 +2,7 @@
 // makeMove keeps up to date from there.
 #pragma once
 
-#include "board/types.h"
+#include "base/types.h"
 
 // [colour][piece][square]; black's entries are the negatives of white's
 // mirrored ones, so one sum over the board is white minus black.

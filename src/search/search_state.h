@@ -1,0 +1,52 @@
+// Everything one search learns and keeps while it runs: its killers and
+// history, the root moves with their order, the lines of its iterations, and
+// the evaluation caches it reads. A search is handed its state and touches
+// no other, so that searches can run side by side, each on its own.
+#pragma once
+
+#include <cstdint>
+
+#include "base/types.h"
+#include "eval/evaluate.h"
+#include "moves/picker.h"
+#include "search/conventions.h"
+
+constexpr int maxIterations = 99;  // go clips its depth to this
+
+struct RootMove {
+  Move move;
+  int32_t score;   // ordering score of the first pass
+  uint64_t nodes;  // nodes spent on the move in the last pass that finished it
+};
+
+// One line of an iteration, as MultiPV sorts and shows them.
+struct PvRow {
+  int32_t score;
+  int32_t timeMs;
+  Move line[lineLength];
+};
+
+struct SearchState {
+  Move killer1[256];
+  Move killer2[256];
+  MoveHistory history;
+  RootMove rootMoves[256];
+  int rootMoveCount;
+  // The one record that receives each root move in turn; the searches below
+  // build their children on their own stacks.
+  Position rootChild;
+  PvRow rows[maxIterations + 1];  // the lines of the current iteration, kept between iterations
+  int32_t scoreByDepth[maxIterations + 1];
+  Move moveByDepth[maxIterations + 1];
+  Move lastShownMove;  // first move of the last line printed; 0 before any
+  // Results of each iteration, kept only in batch mode.
+  double depthTime[32];
+  uint64_t depthNodes[32];
+  int32_t depthScore[32];
+  Move depthMove[32];
+  int32_t firstSearchPending = 1;  // the next search clears history, reductions and hash
+  EvalCaches* caches = &evalCaches;
+};
+
+// The engine's search, with the engine's evaluation caches.
+extern SearchState mainSearch;
