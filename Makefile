@@ -6,7 +6,9 @@
 # AddressSanitizer and UndefinedBehaviorSanitizer (build-sanitize/),
 # `make fuzz` builds the libFuzzer targets with clang (build-fuzz/),
 # `make fingerprints [ROWS="0 7"]` compares the self-test searches with the
-# reference.
+# reference, `make profile-build` builds the fastest engine, trained on the
+# self-test positions (build-profile/tarvok). TARVOK_ARCH=native (or another
+# -march value) compiles for that instruction set instead of x86-64-v2.
 #
 # CMAKE_ARGS is passed to CMake when a build directory is configured, for
 # example CMAKE_ARGS=-DCMAKE_DISABLE_FIND_PACKAGE_GTest=TRUE to build as on
@@ -15,6 +17,7 @@
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
+PROFILE_DIR ?= build-profile
 JOBS ?= 2
 PREFIX ?= /usr/local
 CMAKE_ARGS ?=
@@ -22,16 +25,20 @@ CMAKE_ARGS ?=
 ifeq ($(CI),true)
 WERROR := -DTARVOK_WERROR=ON
 endif
+# An instruction set given on the command line is written into the build
+# directory's cache, where it stays for later builds.
+ARCH := $(if $(TARVOK_ARCH),-DTARVOK_ARCH=$(TARVOK_ARCH))
 
 # $(call configure,DIR,ARGS): configure build directory DIR with ARGS.
-configure = cmake -S . -B $(1) -G Ninja $(2) $(WERROR) $(CMAKE_ARGS)
+configure = cmake -S . -B $(1) -G Ninja $(2) $(WERROR) $(ARCH) $(CMAKE_ARGS)
 # $(call build-tests,DIR): build the tests of DIR and run them all.
 build-tests = cmake --build $(1) -j$(JOBS) --target tarvok-tests && cd $(1) && ctest --output-on-failure
 
-.PHONY: all run install uninstall test test-sanitize fuzz fingerprints clean
+.PHONY: all run install uninstall test test-sanitize fuzz fingerprints profile-build clean
 
 # The play build: what `make run` starts and `make install` installs.
 all: $(BUILD_DIR)/build.ninja
+	$(if $(ARCH),cmake -B $(BUILD_DIR) $(ARCH))
 	cmake --build $(BUILD_DIR) -j$(JOBS)
 
 $(BUILD_DIR)/build.ninja:
@@ -65,8 +72,19 @@ $(FUZZ_DIR)/build.ninja:
 fuzz: $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j$(JOBS)
 
+# Both stages of the profile-guided build in one directory (the counts are
+# found beside the object files that wrote them): an instrumented engine, a
+# pass of its self-test to train it, then the engine rebuilt with the counts.
+profile-build:
+	rm -rf $(PROFILE_DIR)
+	$(call configure,$(PROFILE_DIR),-DCMAKE_BUILD_TYPE=Release -DTARVOK_PGO=generate)
+	cmake --build $(PROFILE_DIR) -j$(JOBS) --target tarvok
+	tools/profile-train.sh $(PROFILE_DIR)/tarvok
+	cmake -S . -B $(PROFILE_DIR) -DTARVOK_PGO=use
+	cmake --build $(PROFILE_DIR) -j$(JOBS)
+
 fingerprints: all
 	./$(BUILD_DIR)/tarvok-tool fingerprints $(ROWS)
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR) $(PROFILE_DIR)

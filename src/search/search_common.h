@@ -14,6 +14,7 @@
 // which makeMove leaves to its caller.
 inline bool makeLegalChild(const Position& position, Position& child, Move move, int us) {
   makeMove(position, child, move);
+  hashPrefetch(child.hashKey);
   if (kingAttacked(child, us)) return false;
   child.inCheck = kingAttacked(child, us ^ 1);
   return true;

@@ -83,7 +83,7 @@ void searchBatchPosition(const char* fen, int depth) {
   think(mainSearch, position, request);
 }
 
-void searchTestRow(int row, char* fen) {
+void testRowFen(int row, char* fen) {
   char copy[160];
   char* tokens[80];
   std::memcpy(copy, testFens[row], sizeof copy);
@@ -91,6 +91,10 @@ void searchTestRow(int row, char* fen) {
   int count = tokenise(copy, tokens);
   if (count < 4) fatalExit("Error in data structure\n");
   std::snprintf(fen, 160, "%s %s %s %s", tokens[0], tokens[1], tokens[2], tokens[3]);
+}
+
+void searchTestRow(int row, char* fen) {
+  testRowFen(row, fen);
   searchBatchPosition(fen, testSearchDepth);
 }
 

@@ -10,6 +10,10 @@ constexpr int testSearchDepth = 13;
 // Searches the position of fen to depth iterations from a local record, with
 // no time limit and all legal moves, as the two modes search their rows.
 void searchBatchPosition(const char* fen, int depth);
+// The four FEN fields of row (0..49) of testFens, into fen (160 bytes).
+// Exits on a row with too few fields.
+void testRowFen(int row, char* fen);
+
 // Prepares row (0..49) of testFens and searches it to testSearchDepth;
 // fen receives the four FEN fields (160 bytes). Exits on a row with too few
 // fields. The results are those think leaves in depthMove and its kin.
