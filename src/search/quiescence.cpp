@@ -73,7 +73,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     if (kind >= 5) continue;  // under-promotions never pay off this deep
     if (inCheck) {
       if (bestScore >= prunableScoreFloor && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
-          exchangeValue(position, move, 0) < 0)
+          exchangeLoses(position, move))
         { traceCount(&SearchTrace::quietEvasionPrunes); continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
