@@ -1,8 +1,6 @@
 #include "board/attacks.h"
 
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
+#include "base/platform.h"
 
 Bitboard knightAttacks[64];
 Bitboard kingAttacks[64];
@@ -14,7 +12,7 @@ Bitboard pawnCheckOrigins[2][64];
 // The rook lookups come first and fill exactly one 2 MB huge page, which
 // Linux is asked for below: the sliders are looked up everywhere, and with
 // 4 KB pages their scattered lookups would keep missing the page cache.
-alignas(2 * 1024 * 1024) Bitboard sliderAttacks[sliderAttackSize];
+alignas(hugePageBytes) Bitboard sliderAttacks[sliderAttackSize];
 SliderMagic bishopMagics[64];
 SliderMagic rookMagics[64];
 Bitboard bishopMasks[64];
@@ -108,10 +106,8 @@ void fillSliderTable(Square s, const int (*directions)[2], Bitboard mask, const 
 }
 
 void initAttackTables() {
-#ifdef MADV_HUGEPAGE
   // Before the first write, which is when the pages are given.
-  madvise(sliderAttacks, sizeof(sliderAttacks), MADV_HUGEPAGE);
-#endif
+  adviseHugePages(sliderAttacks, sizeof(sliderAttacks));
   constexpr int knightSteps[8][2] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
   for (Square s = 0; s < 64; ++s) {
     int rank = rankOfSquare(s), file = fileOfSquare(s);

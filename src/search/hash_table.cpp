@@ -4,11 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/platform.h"
 #include "search/search_trace.h"
-
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
 
 static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
 static_assert(sizeof(HashBucket) == 64, "size arithmetic counts a bucket as 64 bytes");
@@ -42,13 +39,10 @@ bool hashAllocate(int32_t sizeMb) {
   // nearly every probe would also miss the processor's page cache. The new
   // table is had before the old one goes, so that a size the memory can't
   // give leaves the engine with the table it had.
-  constexpr uint64_t hugePage = uint64_t{1} << 21;
-  const bool wholeHugePages = bytes % hugePage == 0;
-  void* memory = std::aligned_alloc(wholeHugePages ? hugePage : sizeof(HashBucket), bytes);
+  const bool wholeHugePages = bytes % hugePageBytes == 0;
+  void* memory = std::aligned_alloc(wholeHugePages ? hugePageBytes : sizeof(HashBucket), bytes);
   if (memory == nullptr) return false;
-#ifdef MADV_HUGEPAGE
-  if (wholeHugePages) madvise(memory, bytes, MADV_HUGEPAGE);
-#endif
+  if (wholeHugePages) adviseHugePages(memory, bytes);
   hashRelease();
   std::memset(memory, 0, bytes);
   hashTable.bucketCount = count;

@@ -238,7 +238,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     // Making the move.
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;

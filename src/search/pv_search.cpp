@@ -96,7 +96,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;

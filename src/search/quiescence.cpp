@@ -85,7 +85,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
       if (depth < -16 && to != moveTo(position.lastMove)) { traceCount(&SearchTrace::quietRecaptureSkips); continue; }
     }
 
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;
