@@ -83,7 +83,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   const bool inCheck = position.inCheck != 0;
   if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
-  Move scratch[lineLength] = {};
+  // The children's lines. Below a zero window a line is a move and its end,
+  // no longer: these lines are never printed, only their first move is kept
+  // (the hash move), so two words are all a child writes.
+  Move scratch[2] = {};
   // Horizon: a quiet node gets one more ply only if the move that led here
   // threatens something and the score stands just above beta.
   if (depth < 2) {

@@ -65,7 +65,8 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
 
   const int phaseRow = position.phase < 96 ? position.phase : 96;
   Position child;
-  Move scratch[lineLength] = {};
+  // A child writes its best move and the line's end, nothing more.
+  Move scratch[2] = {};
   Move move;
   while ((move = nextMove(picker)) != 0) {
     const int kind = moveKindIndex(move);
