@@ -4,6 +4,10 @@
 #include <cmath>
 #include <thread>
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 ClockSettings clockSettings;
 
 double clock(int mode) {
@@ -13,3 +17,9 @@ double clock(int mode) {
 }
 
 void sleepOneMillisecond() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
+
+void adviseHugePages([[maybe_unused]] void* memory, [[maybe_unused]] unsigned long bytes) {
+#ifdef MADV_HUGEPAGE
+  madvise(memory, bytes, MADV_HUGEPAGE);
+#endif
+}

@@ -1,5 +1,7 @@
 #include "board/attacks.h"
 
+#include "base/platform.h"
+
 Bitboard knightAttacks[64];
 Bitboard kingAttacks[64];
 Bitboard bishopRays[64];
@@ -7,7 +9,10 @@ Bitboard rookRays[64];
 Bitboard queenRays[64];
 Bitboard between[64][64];
 Bitboard pawnCheckOrigins[2][64];
-Bitboard sliderAttacks[sliderAttackSize];
+// The rook lookups come first and fill exactly one 2 MB huge page, which
+// Linux is asked for below: the sliders are looked up everywhere, and with
+// 4 KB pages their scattered lookups would keep missing the page cache.
+alignas(hugePageBytes) Bitboard sliderAttacks[sliderAttackSize];
 SliderMagic bishopMagics[64];
 SliderMagic rookMagics[64];
 Bitboard bishopMasks[64];
@@ -101,6 +106,8 @@ void fillSliderTable(Square s, const int (*directions)[2], Bitboard mask, const 
 }
 
 void initAttackTables() {
+  // Before the first write, which is when the pages are given.
+  adviseHugePages(sliderAttacks, sizeof(sliderAttacks));
   constexpr int knightSteps[8][2] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
   for (Square s = 0; s < 64; ++s) {
     int rank = rankOfSquare(s), file = fileOfSquare(s);
@@ -138,8 +145,8 @@ void initAttackTables() {
   for (Square s = 0; s < 64; ++s) {
     bishopMasks[s] = relevantMask(s, bishopDirections);
     rookMasks[s] = relevantMask(s, rookDirections);
-    bishopMagics[s] = {bishopMultipliers[s], s * 512};
-    rookMagics[s] = {rookMultipliers[s], 64 * 512 + s * 4096};
+    rookMagics[s] = {rookMultipliers[s], s * 4096};
+    bishopMagics[s] = {bishopMultipliers[s], 64 * 4096 + s * 512};
     fillSliderTable(s, bishopDirections, bishopMasks[s], bishopMagics[s], 55);
     fillSliderTable(s, rookDirections, rookMasks[s], rookMagics[s], 52);
   }

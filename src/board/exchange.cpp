@@ -57,16 +57,16 @@ int nextCapturer(const Position& position, int colour, Bitboard attackers, Bitbo
 }
 
 // The minimax of a capture sequence on `to` in which A's first capture is
-// forced and from then on either side may stop. The two bounds end the loop
-// as soon as the outcome can no longer change.
-int exchangeCore(const Position& position, Square from, Square to, int sideA, const int* firstValue) {
+// forced and from then on either side may stop. A's first capture wins
+// `victim` with a piece worth `onSquare`. The two bounds end the loop as soon
+// as the outcome can no longer change.
+int exchangeCore(const Position& position, Square from, Square to, int sideA, int victim, int onSquare) {
   int sideB = sideA ^ 1;
-  int victim = from == to ? 0 : firstValue[pieceOn(position, sideB, to)];
-  int onSquare = firstValue[pieceOn(position, sideA, from)];
-
   Bitboard attackers[2];
-  attackers[sideA] = attackersOnEmptyBoard(position, sideA, to) & ~squareBit(from);
   attackers[sideB] = attackersOnEmptyBoard(position, sideB, to) & ~squareBit(to);
+  // Nothing of B's could ever reach the square: A keeps the victim.
+  if (attackers[sideB] == 0) return victim;
+  attackers[sideA] = attackersOnEmptyBoard(position, sideA, to) & ~squareBit(from);
   Bitboard occupied = occupiedSquares(position) & ~squareBit(from) & ~squareBit(to);
 
   int bound[2] = {-9999, -9999};
@@ -102,12 +102,30 @@ int exchangeValue(const Position& position, Move move, int flip) {
   // En passant, castling and promotions to rook or bishop all carry this bit;
   // none of them is judged.
   if (move & 0x2000) return 0;
-  return exchangeCore(position, moveFrom(move), moveTo(move), sideToMove(position) ^ flip,
-                      exchangeFirstValue);
+  const int side = sideToMove(position) ^ flip;
+  const Square from = moveFrom(move);
+  const Square to = moveTo(move);
+  return exchangeCore(position, from, to, side, exchangeFirstValue[pieceOn(position, side ^ 1, to)],
+                      exchangeFirstValue[pieceOn(position, side, from)]);
+}
+
+bool exchangeLoses(const Position& position, Move move) {
+  if (move & 0x2000) return false;
+  const int side = sideToMove(position);
+  const Square from = moveFrom(move);
+  const Square to = moveTo(move);
+  const int victim = exchangeFirstValue[pieceOn(position, side ^ 1, to)];
+  const int mover = exchangeFirstValue[pieceOn(position, side, from)];
+  // Taking a piece worth at least the capturer can't lose: at worst the
+  // capturer is taken back and the capturing side stops there. (A king's 999
+  // is never reached by a victim.)
+  if (victim >= mover) return false;
+  return exchangeCore(position, from, to, side, victim, mover) < 0;
 }
 
 int hangingValue(const Position& position, Square square) {
-  return exchangeCore(position, square, square, sideToMove(position), hangingFirstValue);
+  const int side = sideToMove(position);
+  return exchangeCore(position, square, square, side, 0, hangingFirstValue[pieceOn(position, side, square)]);
 }
 
 int worstHanging(const Position& position) {

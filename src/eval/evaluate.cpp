@@ -1,6 +1,7 @@
 #include "eval/evaluate.h"
 
 #include "base/options.h"
+#include "base/platform.h"
 #include "base/score_pair.h"
 #include "base/three_file_mask.h"
 #include "board/piece_square.h"
@@ -14,7 +15,8 @@
 #include "eval/pieces.h"
 #include "eval/tables.h"
 
-EvalCaches evalCaches;
+// On huge pages (see adviseHugePages): the etable alone is four megabytes.
+alignas(hugePageBytes) EvalCaches evalCaches;
 
 namespace {
 
@@ -81,6 +83,8 @@ void initEvaluation() {
   // are built on the first call only.
   static bool fixedTablesBuilt = false;
   if (!fixedTablesBuilt) {
+    // Before the caches are first written.
+    adviseHugePages(&evalCaches, sizeof(evalCaches));
     initGeometry();
     buildKpkBitbase();
     fillThreeFileMask();

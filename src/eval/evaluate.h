@@ -36,3 +36,12 @@ void clearEvaluationCaches(EvalCaches& caches);
 
 // The position's pstScore and phase must be filled in (see fillRootScores).
 int evaluate(const Position& position, EvalCaches& caches);
+
+// Asks the memory for the position's entries in both caches ahead of its
+// evaluation. The etable is several megabytes: a pawn or king move lands on a
+// cold entry, and asked for right after the move it arrives while the search
+// looks at the node.
+inline void evaluationPrefetch(const Position& position, const EvalCaches& caches) {
+  __builtin_prefetch(&caches.evalCache[position.hashKey & 0xfff]);
+  __builtin_prefetch(&caches.etable[position.pawnKey & (etableSize - 1)]);
+}

@@ -163,7 +163,7 @@ Move nextMove(MovePicker& picker) {
       // cuts off early pays for few of them.
       bool judged = picker.stage == StageCaptures || picker.stage == StageEvasions ||
                     picker.stage == StageQuietChecks;
-      if (judged && moveKindIndex(move) <= 1 && exchangeValue(*picker.position, move, 0) < 0) {
+      if (judged && moveKindIndex(move) <= 1 && exchangeLoses(*picker.position, move)) {
         // A losing move beyond the room of the list is dropped; no position
         // of legal play has that many.
         if (picker.deferredCount < maxGeneratedMoves) picker.deferred[picker.deferredCount++] = move;

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/platform.h"
 #include "search/search_trace.h"
 
 static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
@@ -33,10 +34,15 @@ bool hashAllocate(int32_t sizeMb) {
   uint64_t count = hashBucketCount(sizeMb);
   uint64_t bytes = count * sizeof(HashBucket);
   // Buckets are aligned to their own size, so that a probe touches one cache
-  // line. The new table is had before the old one goes, so that a size the
-  // memory can't give leaves the engine with the table it had.
-  void* memory = std::aligned_alloc(sizeof(HashBucket), bytes);
+  // line. A table of whole huge pages is aligned to them and, on Linux, asks
+  // for them: a probe lands anywhere in the table, and with 4 KB pages
+  // nearly every probe would also miss the processor's page cache. The new
+  // table is had before the old one goes, so that a size the memory can't
+  // give leaves the engine with the table it had.
+  const bool wholeHugePages = bytes % hugePageBytes == 0;
+  void* memory = std::aligned_alloc(wholeHugePages ? hugePageBytes : sizeof(HashBucket), bytes);
   if (memory == nullptr) return false;
+  if (wholeHugePages) adviseHugePages(memory, bytes);
   hashRelease();
   std::memset(memory, 0, bytes);
   hashTable.bucketCount = count;

@@ -83,7 +83,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   const bool inCheck = position.inCheck != 0;
   if (ply >= maxSearchPly) return inCheck ? drawValue(ply) : evaluate(position, *state.caches);
 
-  Move scratch[lineLength] = {};
+  // The children's lines. Below a zero window a line is a move and its end,
+  // no longer: these lines are never printed, only their first move is kept
+  // (the hash move), so two words are all a child writes.
+  Move scratch[2] = {};
   // Horizon: a quiet node gets one more ply only if the move that led here
   // threatens something and the score stands just above beta.
   if (depth < 2) {
@@ -235,10 +238,10 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     // Under-promotions only where the knight would check.
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
     // Exchange pruning.
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     // Making the move.
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;
@@ -257,7 +260,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       if (child.inCheck) {
         extension += 2;
         traceCount(&SearchTrace::nodeCheckExtensions);
-        if (child.movedPiece == Queen && exchangeValue(position, move, 0) >= 0) extension += 1, traceCount(&SearchTrace::queenCheckExtensions);
+        if (child.movedPiece == Queen && !exchangeLoses(position, move)) extension += 1, traceCount(&SearchTrace::queenCheckExtensions);
       } else if (extension == 0 && moveCount == 1 && depth >= 6 && depth <= 13) {
         extension = 2;
         traceCount(&SearchTrace::firstMoveExtensions);
@@ -279,7 +282,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
 
       // Escape: the piece moved out of a losing exchange into a safe square.
       bool escapes = newDepth >= 6 && newDepth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
-                     exchangeValue(position, makeMoveWord(from, from), 0) < 0 && exchangeValue(position, move, 0) >= 0;
+                     exchangeLoses(position, makeMoveWord(from, from)) && !exchangeLoses(position, move);
       traceCount(&SearchTrace::escapes, escapes);
 
       // Futility by move number.
@@ -289,7 +292,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         if (beta > futilityLimit(eval, s, newDepth, moveCount)) {
           traceCount(&SearchTrace::futilityTests);
           traceCount(&SearchTrace::futilityNegativePower, s < 0);
-          if (exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
+          if (exchangeLoses(position, move)) { traceCount(&SearchTrace::futilityPrunes); continue; }
           if (moveThreat(child) == 0) { traceCount(&SearchTrace::futilityPrunes); continue; }
         }
       }

@@ -94,9 +94,9 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     const bool isKiller = move == entryKiller1 || move == entryKiller2;
 
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
-    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeValue(position, move, 0) < 0) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
+    if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;
@@ -118,7 +118,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       if (child.inCheck) {
         traceCount(&SearchTrace::pvCheckExtensions);
         noReduce = true;
-        if (exchangeValue(position, move, 0) >= 0) {
+        if (!exchangeLoses(position, move)) {
           extension += 4;
           soundCheck = true;
         } else {
@@ -131,7 +131,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
           extension += 2;
           noReduce = true;
         }
-        if (isCaptureNonEvasion(moveClassBits) && kind <= 1 && exchangeValue(position, move, 0) >= 0) {
+        if (isCaptureNonEvasion(moveClassBits) && kind <= 1 && !exchangeLoses(position, move)) {
           traceCount(&SearchTrace::pvCaptureExtensions);
           extension += 2;
           noReduce = true;
@@ -148,7 +148,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       int carried = extension + child.extensionRemainder;
       int newDepth = depth + (carried >> 1);
       child.extensionRemainder = static_cast<uint8_t>(carried & 1);
-      if (newDepth <= 9 && isQuietNonEvasion(moveClassBits) && exchangeValue(position, makeMoveWord(from, from), 0) < 0)
+      if (newDepth <= 9 && isQuietNonEvasion(moveClassBits) && exchangeLoses(position, makeMoveWord(from, from)))
         noReduce = true;
 
       // Search of the move.
@@ -159,8 +159,8 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       } else {
         // A piece that steps out of a losing exchange is never reduced.
         bool rescue = depth >= 6 && depth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
-                      exchangeValue(position, makeMoveWord(from, from), 0) < 0 &&
-                      exchangeValue(position, move, 0) >= 0;
+                      exchangeLoses(position, makeMoveWord(from, from)) &&
+                      !exchangeLoses(position, move);
         traceCount(&SearchTrace::pvRescues, rescue);
         if (!rescue && !noReduce && options.useLmr && !isKiller && newDepth >= 8 && reduction >= 2 && isPlainQuiet(moveClassBits) &&
             bestScore >= prunableScoreFloor && (newDepth >= 10 || moveThreat(child) == 0)) {

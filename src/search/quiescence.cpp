@@ -65,7 +65,8 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
 
   const int phaseRow = position.phase < 96 ? position.phase : 96;
   Position child;
-  Move scratch[lineLength] = {};
+  // A child writes its best move and the line's end, nothing more.
+  Move scratch[2] = {};
   Move move;
   while ((move = nextMove(picker)) != 0) {
     const int kind = moveKindIndex(move);
@@ -73,7 +74,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     if (kind >= 5) continue;  // under-promotions never pay off this deep
     if (inCheck) {
       if (bestScore >= prunableScoreFloor && kind <= 1 && !(position.pieces[them][0] & squareBit(to)) &&
-          exchangeValue(position, move, 0) < 0)
+          exchangeLoses(position, move))
         { traceCount(&SearchTrace::quietEvasionPrunes); continue; }
     } else {
       // Delta pruning: even winning the victim can't lift the score to alpha.
@@ -85,7 +86,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
       if (depth < -16 && to != moveTo(position.lastMove)) { traceCount(&SearchTrace::quietRecaptureSkips); continue; }
     }
 
-    if (!makeLegalChild(position, child, move, us)) continue;
+    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
     ++moveCount;
 
     int value;

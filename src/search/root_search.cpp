@@ -32,7 +32,7 @@ void buildRootMoves(SearchState& state, const Position& position) {
     int phase = state.rootChild.phase < 96 ? state.rootChild.phase : 96;
     int blended = ((96 - phase) * scorePairEnd(state.rootChild.pstScore) + phase * scorePairOpen(state.rootChild.pstScore)) / 960;
     int score = sideToMove(state.rootChild) == Black ? blended : -blended;
-    if (exchangeValue(position, list[i], 0) < 0) score -= 500;
+    if (exchangeLoses(position, list[i])) score -= 500;
     state.rootMoves[state.rootMoveCount++] = {list[i], score, 0};
   }
   for (int i = 0; i < state.rootMoveCount; ++i)
@@ -102,7 +102,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
         extension += 4;
       }
     } else if ((moveClassBits & moveClassCapture) && !position.inCheck && moveKindIndex(move) <= 1 &&
-               exchangeValue(position, move, 0) >= 0) {
+               !exchangeLoses(position, move)) {
       noReduce = 1;
       extension += 2;
     }

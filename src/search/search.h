@@ -12,6 +12,9 @@
 // static value instead of going deeper.
 constexpr int maxSearchPly = 240;
 
+// Each writes its best line into `line`: searchPv and searchRoot a whole line
+// of lineLength words, searchQuiet and searchNode only their best move and a
+// 0 after it (two words), so their callers' buffers can be that short.
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line);
 int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull);
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line);

@@ -6,15 +6,17 @@
 #include "base/types.h"
 #include "board/make_move.h"
 #include "board/queries.h"
+#include "eval/evaluate.h"
 #include "search/hash_table.h"
 #include "search/search_state.h"
 
 // Makes the move into child and tells whether it is legal, that is whether the
 // mover's king is safe afterwards. A legal child learns whether it is in check,
 // which makeMove leaves to its caller.
-inline bool makeLegalChild(const Position& position, Position& child, Move move, int us) {
+inline bool makeLegalChild(const Position& position, Position& child, Move move, int us, const EvalCaches& caches) {
   makeMove(position, child, move);
   hashPrefetch(child.hashKey);
+  evaluationPrefetch(child, caches);
   if (kingAttacked(child, us)) return false;
   child.inCheck = kingAttacked(child, us ^ 1);
   return true;

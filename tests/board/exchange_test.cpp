@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "../support/board.h"
+#include "../support/legal_moves.h"
 
 namespace {
 
@@ -34,6 +35,47 @@ TEST(ExchangeValue, WorkedSequencesInPawnUnits) {
       {"6k1/8/8/8/3Q4/8/4n3/7K w", mv("d4", "d4"), -9},
   };
   for (const MoveCase& c : cases) EXPECT_EQ(exchangeValue(parsed(c.fen), c.move, 0), c.value) << c.fen;
+}
+
+// The quick answer to "does this exchange lose?" must be the full value's
+// sign for every move the search can ask about: every generated move and
+// every piece standing still, at every node of small perft trees full of
+// captures, promotions and pins.
+struct ExchangeSignWalk {
+  uint64_t asked = 0;
+  uint64_t wrong = 0;
+  void ask(const Position& position, Move move) {
+    ++asked;
+    wrong += exchangeLoses(position, move) != (exchangeValue(position, move, 0) < 0);
+  }
+  void walk(const Position& position, int depth) {
+    Move list[maxGeneratedMoves];
+    for (int i = 0, count = generateAllMoves(position, list); i < count; ++i) ask(position, list[i]);
+    for (Bitboard b = position.pieces[sideToMove(position)][0]; b;) {
+      Square s = popLowest(b);
+      ask(position, makeMoveWord(s, s));
+    }
+    if (depth == 0) return;
+    Position child;
+    for (Move move : legalMoves(position)) {
+      makeMove(position, child, move);
+      walk(child, depth - 1);
+    }
+  }
+};
+
+TEST(ExchangeLoses, AgreesWithTheSignOfTheFullValueThroughoutSmallPerftTrees) {
+  const char* fens[] = {
+      "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
+      "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+      "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+  };
+  for (const char* fen : fens) {
+    ExchangeSignWalk walk;
+    walk.walk(testboard::rootPosition(fen), 2);
+    EXPECT_GT(walk.asked, 10000u) << fen;
+    EXPECT_EQ(walk.wrong, 0u) << fen;
+  }
 }
 
 TEST(HangingValue, TheWorstLossStopsTheScanAfterItsKindOnceLargeEnough) {
