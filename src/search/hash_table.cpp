@@ -67,6 +67,17 @@ void hashClear() {
   hashTable.age = 0;
 }
 
+int hashFullPerMille() {
+  if (hashTable.buckets == nullptr) return 0;
+  const uint64_t sampled = hashTable.bucketCount * 4 < 1000 ? hashTable.bucketCount * 4 : 1000;
+  uint64_t used = 0;
+  for (uint64_t i = 0; i < sampled; ++i) {
+    const HashEntry& entry = hashTable.buckets[i / 4].entries[i % 4];
+    used += entry.key != 0 && entry.age == static_cast<uint8_t>(hashTable.age);
+  }
+  return static_cast<int>(used * 1000 / sampled);
+}
+
 void hashAdvanceAge() { hashTable.age = (hashTable.age + 1) & 255; }
 
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move) {

@@ -41,6 +41,10 @@ uint64_t hashBucketCount(int32_t sizeMb);
 bool hashAllocate(int32_t sizeMb);
 void hashRelease();
 void hashClear();
+// Per mille of the table's entries that hold a position stored by the
+// search under way, from the first 1000 entries (or all, in a smaller
+// table), as a GUI shows the table's use; 0 without a table.
+int hashFullPerMille();
 // Moves the age on by one search, wrapping after 255.
 void hashAdvanceAge();
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move);

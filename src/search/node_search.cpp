@@ -76,6 +76,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   traceCount(&SearchTrace::nodeEntries);
+  reachPly(state, ply);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
   const Move entryKiller2 = state.killer2[ply < 256 ? ply : 255];
   // Drawn material and the deepest ply.

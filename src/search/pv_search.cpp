@@ -19,6 +19,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   traceCount(&SearchTrace::pvEntries);
+  reachPly(state, ply);
   // Node parity below counts from the nearest PV node.
   position.pvPly = static_cast<uint8_t>(ply & 0xff);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];

@@ -16,6 +16,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
   if (searchLimits.stop) return 0;
   if (searchPollSaysStop()) return 0;
   traceCount(&SearchTrace::quietEntries);
+  reachPly(state, ply);
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
   line[0] = 0;
   const bool inCheck = position.inCheck != 0;

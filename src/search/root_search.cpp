@@ -137,7 +137,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(state, position, halfDepth, value, line);
+      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(state, position, halfDepth, state.selDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;

@@ -44,9 +44,15 @@ struct SearchState {
   uint64_t depthNodes[32];
   int32_t depthScore[32];
   Move depthMove[32];
+  int32_t selDepth = 0;  // the deepest ply a search function entered in this iteration
   int32_t firstSearchPending = 1;  // the next search clears history, reductions and hash
   EvalCaches* caches = &evalCaches;
 };
+
+// Notes that the search has entered a node at ply (for seldepth).
+inline void reachPly(SearchState& state, int ply) {
+  if (ply > state.selDepth) state.selDepth = ply;
+}
 
 // The engine's search, with the engine's evaluation caches.
 extern SearchState mainSearch;

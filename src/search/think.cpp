@@ -84,16 +84,19 @@ void pvToText(const Move* line, char* text) {
   }
 }
 
+int movesToMate(int score) { return (mateScore - score) / 2 + 1; }
+
 void scoreToText(int score, char* text) {
   if (std::abs(score) > mateThreshold) {
-    int mateIn = score > 0 ? (mateScore - score) / 2 + 1 : -((mateScore - 1 - std::abs(score)) / 2) - 1;
+    int mateIn = score > 0 ? movesToMate(score) : -((mateScore - 1 - std::abs(score)) / 2) - 1;
     std::snprintf(text, scoreTextSize, "mate %d", mateIn);
   } else {
     std::snprintf(text, scoreTextSize, "cp %d", score);
   }
 }
 
-void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line) {
+void printIterationLine(SearchState& state, const Position& root, int depth, int selDepth, int score,
+                        const Move* line) {
   double elapsed = elapsedSince(searchLimits.startTime);
   // Guards the rate against a zero time on a fast first report.
   double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
@@ -103,9 +106,9 @@ void printIterationLine(SearchState& state, const Position& root, int depth, int
   playableLine(root, line, shown);
   scoreToText(score, scoreText);
   pvToText(shown, lineText);
-  std::printf("info depth %d time %d nodes %" PRIu64 " score %s nps %" PRIu64 " pv %s\n", depth,
-              static_cast<int>(1000 * elapsed), nodeCounter.nodes, scoreText, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
-              lineText);
+  std::printf("info depth %d seldepth %d score %s nodes %" PRIu64 " nps %" PRIu64 " hashfull %d time %d pv %s\n",
+              depth, selDepth, scoreText, nodeCounter.nodes, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
+              hashFullPerMille(), static_cast<int>(1000 * elapsed), lineText);
   std::fflush(stdout);
   state.lastShownMove = shown[0];
 }
@@ -128,6 +131,7 @@ struct Deepening {
   int score = 0;
   int filledRows = 0;  // rows of state.rows that some iteration has filled
   int finishedDepth = 0;
+  int selDepth = 0;  // of the finished iteration
 };
 
 // Everything a search starts from: no stop, cleared killers, and the history,
@@ -266,13 +270,16 @@ int orderRows(SearchState& state, int lines, int filledRows) {
 void reportRows(SearchState& state, const Position& root, int depth, int shown, uint64_t iterationNodes) {
   char lineText[lineLength * 6 + 1];
   Move playable[lineLength];
+  const int hashFull = hashFullPerMille();
   for (int i = 0; i < shown; ++i) {
     playableLine(root, state.rows[i].line, playable);
     pvToText(playable, lineText);
     if (i == 0) state.lastShownMove = playable[0];
-    std::printf("info multipv %d score cp %d depth %d time %d nodes %" PRIu64 " nps %" PRIu64 " pv %s\n", i + 1,
-                state.rows[i].score, depth, state.rows[i].timeMs, iterationNodes,
-                static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), lineText);
+    std::printf("info depth %d seldepth %d multipv %d score cp %d nodes %" PRIu64 " nps %" PRIu64
+                " hashfull %d time %d pv %s\n",
+                depth, state.selDepth, i + 1, state.rows[i].score, iterationNodes,
+                static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), hashFull,
+                state.rows[i].timeMs, lineText);
     std::fflush(stdout);
   }
 }
@@ -290,7 +297,7 @@ void reportIteration(SearchState& state, const Position& root, int depth, const 
   logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
             deepening.score * 0.01, lineText);
   if (!searchLimits.batchMode) {
-    printIterationLine(state, root, depth, deepening.score, deepening.bestLine);
+    printIterationLine(state, root, depth, state.selDepth, deepening.score, deepening.bestLine);
     return;
   }
   if (depth >= 32) return;
@@ -312,6 +319,16 @@ void waitWhilePondering(int maxDepth) {
   }
 }
 
+// The wait of a mate search that found no mate short enough: it answers
+// only at stop, as a go infinite would.
+void waitForStop() {
+  while (!searchLimits.stop) {
+    if (searchLimits.serveInput) searchLimits.serveInput();
+    if (searchLimits.stop) break;
+    sleepOneMillisecond();
+  }
+}
+
 // bestmove names the first move of the last finished iteration and ponder
 // the second, from the line as it can be replayed. A client checks both
 // against the line it was shown last: when a better move of an iteration
@@ -325,7 +342,7 @@ void answer(SearchState& state, const Position& root, const Deepening& deepening
   if (playable[0]) moveToText(playable[0], bestText);
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
   if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
-    printIterationLine(state, root, deepening.finishedDepth, deepening.score, deepening.bestLine);
+    printIterationLine(state, root, deepening.finishedDepth, deepening.selDepth, deepening.score, deepening.bestLine);
   std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
   if (ponderText[0]) {
@@ -340,6 +357,14 @@ void answer(SearchState& state, const Position& root, const Deepening& deepening
 
 }  // namespace
 
+void forgetEarlierGames(SearchState& state) {
+  state.history = MoveHistory{};
+  std::memset(state.killer1, 0, sizeof state.killer1);
+  std::memset(state.killer2, 0, sizeof state.killer2);
+  clearEvaluationCaches(*state.caches);
+  hashClear();
+}
+
 int think(SearchState& state, Position& root, const ThinkRequest& request) {
   const RootMoveList allowed = prepareSearch(state, root, request);
   TimeControl time = startClock(request);
@@ -350,6 +375,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
   logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
 
   Deepening deepening;
+  bool mateProven = false;
   for (int depth = 1;; ++depth) {
     if (depth == 1 && request.bookMove) {
       deepening.bestLine[0] = request.bookMove;
@@ -359,6 +385,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
 
     uint64_t iterationNodes = 0;
+    state.selDepth = 0;
     const int lines = searchIteration(state, root, depth, allowed, time, deepening, iterationNodes);
     const int shown = orderRows(state, lines, deepening.filledRows);
     if (options.multiPv > 1) reportRows(state, root, depth, shown, iterationNodes);
@@ -369,16 +396,27 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
       break;
     }
     deepening.finishedDepth = depth;
+    deepening.selDepth = state.selDepth;
     reportIteration(state, root, depth, deepening);
 
     if (!time.goalReached && clock(clockSettings.wholeSeconds) > time.softLimit) time.goalReached = true;
     if (!searchLimits.pondering && time.goalReached) break;
+    if (request.mateMoves > 0 && deepening.score > mateThreshold &&
+        movesToMate(deepening.score) <= request.mateMoves) {
+      mateProven = true;
+      break;
+    }
     if (std::abs(deepening.score) > mateShiftLimit) break;  // a mate found is not searched deeper
     if (depth >= request.maxDepth) break;
   }
 
   logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
-  waitWhilePondering(request.maxDepth);
+  // The mate a mate search asked for is its answer at once; without it, a
+  // mate search answers only when the client stops it.
+  if (request.mateMoves > 0 && !mateProven)
+    waitForStop();
+  else
+    waitWhilePondering(request.maxDepth);
   if (searchLimits.batchMode) return deepening.score;
   if (engineLog.file) {
     const EvalCaches& caches = *state.caches;

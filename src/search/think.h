@@ -21,9 +21,15 @@ struct ThinkRequest {
   bool restricted = false;  // only the moves of allowed (searchmoves); else every legal move
   RootMoveList allowed;
   Move bookMove = 0;        // the opening book's answer: played without a search
+  int mateMoves = 0;        // go mate N: answer once a mate in at most N moves is proven; else search on until stop
 };
 
 
+
+// A new game: the hash table, the history, the killers and the evaluation
+// caches of state are emptied, so that no search of the game depends on an
+// earlier game.
+void forgetEarlierGames(SearchState& state);
 
 // Searches root to maxDepth iterations or until the clock says stop, and
 // prints bestmove (not in batch mode). Returns the final score.
@@ -43,10 +49,17 @@ void pvToText(const Move* line, char* text);
 
 constexpr int scoreTextSize = 24;
 
+// The moves to the mate that a score beyond the mate threshold, for the side
+// it favours, promises: "mate N" prints this N.
+int movesToMate(int score);
+
 // "cp N", or "mate N" for scores beyond the mate threshold; text holds
 // scoreTextSize bytes.
 void scoreToText(int score, char* text);
 
 // The info line of a finished iteration or of a new best root move; it shows
 // the playable part of line from root.
-void printIterationLine(SearchState& state, const Position& root, int depth, int score, const Move* line);
+// Its fields come in the order of the UCI convention: depth, seldepth, score,
+// nodes, nps, hashfull, time, pv.
+void printIterationLine(SearchState& state, const Position& root, int depth, int selDepth, int score,
+                        const Move* line);

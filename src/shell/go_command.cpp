@@ -38,11 +38,11 @@ int32_t saturate32(long long value) {
 double clockSeconds(long long milliseconds) { return milliseconds > 0 ? milliseconds * 0.001 : 0.0; }
 
 enum GoWord { WordInfinite, WordPonder, WordNodes, WordWtime, WordBtime, WordWinc, WordBinc, WordMovesToGo,
-              WordMoveTime, WordDepth, WordSearchMoves, WordNone };
+              WordMoveTime, WordDepth, WordSearchMoves, WordMate, WordNone };
 
 GoWord goWord(const char* token) {
   static const char* const words[] = {"infinite", "ponder", "nodes", "wtime", "btime", "winc",
-                                      "binc", "movestogo", "movetime", "depth", "searchmoves"};
+                                      "binc", "movestogo", "movetime", "depth", "searchmoves", "mate"};
   for (int i = 0; i < WordNone; ++i)
     if (std::strcmp(token, words[i]) == 0) return static_cast<GoWord>(i);
   return WordNone;
@@ -146,6 +146,7 @@ void readGoWords(char** tokens, int count, GoRequest& request) {
       case WordBinc: request.increment[Black] = clockSeconds(value); break;
       case WordMovesToGo: request.movesToGo = value > 0 ? saturate32(value) : 0; break;
       case WordMoveTime: request.moveTime = value > 0 ? saturate32(value) * 0.001 : 0.0; break;
+      case WordMate: request.mateMoves = value > 0 ? saturate32(value) : 0; break;
       case WordDepth: request.depth = value > 0 ? (value > deepestSearch ? deepestSearch : saturate32(value)) : 0; break;
       default: break;
     }
@@ -179,6 +180,8 @@ void readSearchMoves(const Position& root, const char* texts, RootMoveList& allo
 SearchPlan planSearch(const GoRequest& request, int side, double overhead) {
   if (request.depth > 0 || request.infiniteSearch)
     return {yearSeconds, request.infiniteSearch ? deepestSearch : request.depth, false};
+  // Mate search: as long as it takes, until the mate or a stop.
+  if (request.mateMoves > 0) return {yearSeconds, deepestSearch, false};
   if (request.moveTime != 0.0) {
     // A fixed time per move, as UCI means it: the whole time less what the
     // answer needs to reach the client, and never more.
@@ -204,6 +207,7 @@ void goCommand(char** tokens, int count) {
   search.goalSeconds = plan.goal;
   search.maxDepth = plan.maxDepth;
   search.exactTime = plan.exactTime;
+  search.mateMoves = request.mateMoves;
   if (request.searchMoves[0]) {
     search.restricted = true;
     readSearchMoves(root, request.searchMoves, search.allowed);
@@ -214,7 +218,7 @@ void goCommand(char** tokens, int count) {
   search.bookMove = probeBook(root);
 
   searchSession.running = 1;
-  searchSession.needsCommand = request.infiniteSearch;
+  searchSession.needsCommand = request.infiniteSearch || request.mateMoves > 0;
   think(mainSearch, root, search);
   searchSession.running = 0;
   searchSession.needsCommand = 0;

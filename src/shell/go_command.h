@@ -30,6 +30,7 @@ struct GoRequest {
   int32_t movesToGo;    // 0 when absent
   int32_t depth;        // 0 when absent or not above 0; never above deepestSearch
   bool infiniteSearch;
+  int32_t mateMoves;    // go mate N: a mate in at most N moves ends the search; 0 when absent
   bool ponder;
   uint64_t nodeLimit;   // all bits set when absent
   char searchMoves[searchMovesCapacity];  // move texts, each followed by a blank

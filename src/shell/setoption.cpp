@@ -91,10 +91,10 @@ void readOptionText(char** tokens, int count, OptionText& text) {
   }
 }
 
-bool namesHashOption(char** tokens, int count) {
+bool namesOption(char** tokens, int count, const char* name) {
   OptionText text;
   readOptionText(tokens, count, text);
-  return std::strcmp(text.optionName + 1, "hash") == 0;
+  return std::strcmp(text.optionName + 1, name) == 0;
 }
 
 void setoptionCommand(char** tokens, int count) {
@@ -145,6 +145,11 @@ void setoptionCommand(char** tokens, int count) {
     // Like every other setting, a new size starts the search from empty caches.
     clearEvaluationCaches(evalCaches);
     std::fflush(stdout);
+    return;
+  }
+  if (std::strcmp(name, "clear hash") == 0) {
+    // A button: no value, the table is emptied at once.
+    hashClear();
     return;
   }
   if (std::strcmp(name, "multipv") == 0) {

@@ -23,8 +23,9 @@ void readOptionText(char** tokens, int count, OptionText& text);
 // or reports it as not recognized.
 void setoptionCommand(char** tokens, int count);
 
-// True when the line names the Hash option, read as the command reads it.
-bool namesHashOption(char** tokens, int count);
+// True when the line names the option `name` (in lower case), read as the
+// command reads it.
+bool namesOption(char** tokens, int count, const char* name);
 
 // Builds the evaluation's tables for the options in force and empties
 // everything that holds values of the former setting: the hash table and the

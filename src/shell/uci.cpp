@@ -8,6 +8,8 @@
 #include "base/log.h"
 #include "base/options.h"
 #include "search/limits.h"
+#include "search/search_state.h"
+#include "search/think.h"
 #include "shell/game.h"
 #include "shell/go_command.h"
 #include "shell/input_ring.h"
@@ -43,6 +45,7 @@ void printUciAnswer() {
   std::printf("id author Orin Tessaly, Quill Marrow\n");
   std::printf("option name Ponder type check default true\n");
   std::printf("option name Hash type spin default %d min 0 max %d\n", options.hashSizeMb, maxHashMb);
+  std::printf("option name Clear Hash type button\n");
   std::printf("option name OwnBook type check default %s\n", checkText(options.ownBook));
   std::printf("option name MultiPV type spin default %d min 1 max 99\n", options.multiPv);
   std::printf("option name Book File type string default %s\n", options.bookFileName);
@@ -91,13 +94,19 @@ bool uciPoll() {
     case hashUci:
       printUciAnswer();
       break;
+    case hashUciNewGame:
+      // The client's word that the next position belongs to another game.
+      if (refusedDuringSearch("ucinewgame")) break;
+      forgetEarlierGames(mainSearch);
+      break;
     case hashIsReady:
       std::printf("readyok\n");
       std::fflush(stdout);
       break;
     case hashSetOption:
       // A new table would pull the entries from under a running search.
-      if (namesHashOption(tokens, count) && refusedDuringSearch("setoption name Hash")) break;
+      if (namesOption(tokens, count, "hash") && refusedDuringSearch("setoption name Hash")) break;
+      if (namesOption(tokens, count, "clear hash") && refusedDuringSearch("setoption name Clear Hash")) break;
       setoptionCommand(tokens, count);
       break;
     case hashPosition:

@@ -17,6 +17,7 @@ enum CommandHash : uint32_t {
   hashStop = 0x7C9E1B4B,
   hashPonderHit = 0x5D4738F2,
   hashQuit = 0x7C9D0608,
+  hashUciNewGame = 0x0964E38A,
 };
 
 // hash = hash * 33 + byte from 5381, bytes taken as signed, modulo 2^32.

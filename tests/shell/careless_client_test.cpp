@@ -117,7 +117,7 @@ TEST(CarelessClient, NothingToPlayAnswersTheNullMoveAndSearchMovesIgnoreCase) {
   }
   // Two variations of one move list in capitals: each move once.
   ProcessResult run = engine("setoption name MultiPV value 2\ngo depth 4 searchmoves E2E4 D2D4\n");
-  std::vector<std::string> lastTwo = linesStartingWith(run.standardOutput, "info multipv");
+  std::vector<std::string> lastTwo = multiPvLines(run.standardOutput);
   ASSERT_GE(lastTwo.size(), 2u) << run.standardOutput;
   std::vector<std::string> firstMoves = {wordAfter(lastTwo.end()[-2], "pv"), wordAfter(lastTwo.back(), "pv")};
   std::sort(firstMoves.begin(), firstMoves.end());

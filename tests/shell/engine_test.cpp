@@ -14,6 +14,7 @@ const char* const uciAnswer =
     "id author Orin Tessaly, Quill Marrow\n"
     "option name Ponder type check default true\n"
     "option name Hash type spin default 64 min 0 max 4096\n"
+    "option name Clear Hash type button\n"
     "option name OwnBook type check default true\n"
     "option name MultiPV type spin default 1 min 1 max 99\n"
     "option name Book File type string default tarvok.bin\n"

@@ -81,17 +81,18 @@ TEST(UciSession, MultiPvReportsOneLineFirstThenThreeDistinctLinesAnIterationBest
   ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {}, "setoption name MultiPV value 3\ngo depth 6\n", 30.0);
   ASSERT_FALSE(run.timedOut);
   const std::regex row(
-      R"(info multipv (\d+) score cp (-?\d+) depth (\d+) time \d+ nodes \d+ nps \d+ )"
+      R"(info depth (\d+) seldepth (\d+) multipv (\d+) score cp (-?\d+) nodes \d+ nps \d+ hashfull \d+ time \d+ )"
       R"(pv ((?:[a-h][1-8][a-h][1-8][qrbn]? )+))");
   std::map<int, std::vector<int>> numbers, scores;
   std::map<int, std::vector<std::string>> firstMoves;
-  for (const std::string& line : linesStartingWith(run.standardOutput, "info multipv")) {
+  for (const std::string& line : multiPvLines(run.standardOutput)) {
     std::smatch match;
     ASSERT_TRUE(std::regex_match(line, match, row)) << line;
-    int depth = std::stoi(match[3]);
-    numbers[depth].push_back(std::stoi(match[1]));
-    scores[depth].push_back(std::stoi(match[2]));
-    firstMoves[depth].push_back(wordAfter("pv " + match[4].str(), "pv"));
+    int depth = std::stoi(match[1]);
+    EXPECT_GE(std::stoi(match[2]), depth) << line;  // seldepth counts plies, depth iterations
+    numbers[depth].push_back(std::stoi(match[3]));
+    scores[depth].push_back(std::stoi(match[4]));
+    firstMoves[depth].push_back(wordAfter("pv " + match[5].str(), "pv"));
   }
   ASSERT_EQ(numbers.size(), 6u) << run.standardOutput;
   EXPECT_EQ(numbers[1], std::vector<int>{1});
@@ -116,14 +117,14 @@ TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndH
   engine.waitFor("uciok", 5.0);
   engine.waitFor("uciok", 5.0);
   const std::vector<std::string> options = linesStartingWith(engine.transcript, "option name");
-  ASSERT_EQ(options.size(), 26u) << engine.transcript;
+  ASSERT_EQ(options.size(), 28u) << engine.transcript;
   for (const char* changed : {"OwnBook type check default false", "MultiPV type spin default 1 min 1 max 99",
                               "Book File type string default My Books/Big Opening File.BIN",
                               "use lmr type check default false", "null move pruning type check default true",
                               "move overhead milliseconds type spin default 150 min 0 max 30000",
                               "Drawscore type spin default 7 min -50 max 50"})
-    EXPECT_EQ(std::count(options.begin(), options.begin() + 13, std::string("option name ") + changed), 1) << changed;
-  EXPECT_EQ(options[16], "option name MultiPV type spin default 99 min 1 max 99");
+    EXPECT_EQ(std::count(options.begin(), options.begin() + 14, std::string("option name ") + changed), 1) << changed;
+  EXPECT_EQ(options[18], "option name MultiPV type spin default 99 min 1 max 99");
 
   engine.send("setoption name Hash value 0");
   EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 5")));
@@ -162,7 +163,7 @@ TEST(UciSession, FindsMatesAndReportsTheirDistance) {
 
 // The final iteration line without its time and speed, which vary.
 std::string resultOf(const std::string& output) {
-  std::string line = lastLineStartingWith(output, "info depth 7 time");
+  std::string line = lastLineStartingWith(output, "info depth 7 seldepth");
   return wordAfter(line, "nodes") + " " + wordAfter(line, "score") + " " + line.substr(line.find(" pv "));
 }
 
@@ -178,7 +179,7 @@ TEST(UciSession, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearches
   ASSERT_NE(later.waitFor("bestmove", 30.0), "");
   later.write(setting + target);
   ASSERT_NE(later.waitFor("bestmove", 30.0), "");
-  ASSERT_NE(lastLineStartingWith(first.standardOutput, "info depth 7 time"), "");
+  ASSERT_NE(lastLineStartingWith(first.standardOutput, "info depth 7 seldepth"), "");
   EXPECT_EQ(resultOf(later.transcript), resultOf(first.standardOutput));
 }
 

@@ -13,6 +13,14 @@ inline std::vector<std::string> linesStartingWith(const std::string& output, con
   return found;
 }
 
+// The info lines of a MultiPV search: "info depth D seldepth S multipv K ...".
+inline std::vector<std::string> multiPvLines(const std::string& output) {
+  std::vector<std::string> found;
+  for (const std::string& line : linesStartingWith(output, "info depth "))
+    if (line.find(" multipv ") != std::string::npos) found.push_back(line);
+  return found;
+}
+
 inline std::string lastLineStartingWith(const std::string& output, const std::string& prefix) {
   std::vector<std::string> found = linesStartingWith(output, prefix);
   return found.empty() ? "" : found.back();
