@@ -39,7 +39,7 @@ build-tests = cmake --build $(1) -j$(JOBS) --target tarvok-tests && cd $(1) && c
 # The play build: what `make run` starts and `make install` installs.
 all: $(BUILD_DIR)/build.ninja
 	$(if $(ARCH),cmake -B $(BUILD_DIR) $(ARCH))
-	cmake --build $(BUILD_DIR) -j$(JOBS)
+	cmake --build $(BUILD_DIR) -j$(JOBS) --target tarvok tarvok-tool
 
 $(BUILD_DIR)/build.ninja:
 	$(call configure,$(BUILD_DIR),-DCMAKE_BUILD_TYPE=Release)
@@ -67,7 +67,7 @@ test-sanitize: $(SANITIZE_DIR)/build.ninja
 	$(call build-tests,$(SANITIZE_DIR))
 
 $(FUZZ_DIR)/build.ninja:
-	$(call configure,$(FUZZ_DIR),-DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON)
+	$(call configure,$(FUZZ_DIR),-DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON -DBUILD_TESTING=OFF)
 
 fuzz: $(FUZZ_DIR)/build.ninja
 	cmake --build $(FUZZ_DIR) -j$(JOBS)
@@ -77,11 +77,11 @@ fuzz: $(FUZZ_DIR)/build.ninja
 # pass of its self-test to train it, then the engine rebuilt with the counts.
 profile-build:
 	rm -rf $(PROFILE_DIR)
-	$(call configure,$(PROFILE_DIR),-DCMAKE_BUILD_TYPE=Release -DTARVOK_PGO=generate)
+	$(call configure,$(PROFILE_DIR),-DCMAKE_BUILD_TYPE=Release -DTARVOK_PGO=generate -DBUILD_TESTING=OFF)
 	cmake --build $(PROFILE_DIR) -j$(JOBS) --target tarvok
 	tools/profile-train.sh $(PROFILE_DIR)/tarvok
 	cmake -S . -B $(PROFILE_DIR) -DTARVOK_PGO=use
-	cmake --build $(PROFILE_DIR) -j$(JOBS)
+	cmake --build $(PROFILE_DIR) -j$(JOBS) --target tarvok tarvok-tool
 
 fingerprints: all
 	./$(BUILD_DIR)/tarvok-tool fingerprints $(ROWS)
