@@ -4,8 +4,10 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/piece_square.h"
@@ -28,6 +30,8 @@ int perftCommand(int argc, char** argv) {
   }
   // makeMove keeps the piece-square sum up to date, so the table must be there.
   initPieceSquare();
+  // Castling rights named by rook files (Shredder-FEN) are Chess960's.
+  if (argc > 3 && std::strspn(argv[3], "KQkq-") != std::strlen(argv[3])) options.chess960 = 1;
   Position root;
   parseFen(root, fen.c_str());
 
