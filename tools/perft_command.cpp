@@ -4,7 +4,6 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "base/options.h"
@@ -30,8 +29,13 @@ int perftCommand(int argc, char** argv) {
   }
   // makeMove keeps the piece-square sum up to date, so the table must be there.
   initPieceSquare();
-  // Castling rights named by rook files (Shredder-FEN) are Chess960's.
-  if (argc > 3 && std::strspn(argv[3], "KQkq-") != std::strlen(argv[3])) options.chess960 = 1;
+  // Castling rights named by rook files (Shredder-FEN) are Chess960's. The
+  // FEN may come as one argument or as several: look at its third field.
+  std::string castling;
+  size_t field = fen.find(' ');
+  if (field != std::string::npos) field = fen.find(' ', field + 1);
+  if (field != std::string::npos) castling = fen.substr(field + 1, fen.find(' ', field + 1) - field - 1);
+  if (castling.find_first_not_of("KQkq-") != std::string::npos) options.chess960 = 1;
   Position root;
   parseFen(root, fen.c_str());
 
