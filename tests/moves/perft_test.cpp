@@ -70,4 +70,24 @@ TEST(Perft, Chess960PositionsToDepthFour) {
   options.chess960 = saved;
 }
 
+// Before depth 5 no castling is possible from a start position, so the counts
+// above would hold without it. These five castle on the fifth ply in the ways
+// only Chess960 has: the king staying home (c1 long), king and rook trading
+// squares (f1/g1 short, d1/c1 long), and rights spelled X-FEN (KQkq: the
+// outermost rooks) giving the same count as their Shredder-FEN letters.
+TEST(Perft, Chess960CastlingAtDepthFive) {
+  struct Case { const char* fen; uint64_t leaves; };
+  const Case cases[] = {
+      {"qrkbnrbn/pppppppp/8/8/8/8/PPPPPPPP/QRKBNRBN w FBfb - 0 1", 3967579},
+      {"rqbbnkrn/pppppppp/8/8/8/8/PPPPPPPP/RQBBNKRN w GAga - 0 1", 4963850},
+      {"rqbbnkrn/pppppppp/8/8/8/8/PPPPPPPP/RQBBNKRN w KQkq - 0 1", 4963850},
+      {"nbrkbrqn/pppppppp/8/8/8/8/PPPPPPPP/NBRKBRQN w FCfc - 0 1", 3912399},
+      {"bbrkqrnn/pppppppp/8/8/8/8/PPPPPPPP/BBRKQRNN w KQkq - 0 1", 4717536},
+  };
+  const int32_t saved = options.chess960;
+  options.chess960 = 1;
+  for (const Case& c : cases) EXPECT_EQ(perft(testboard::parsed(c.fen), 5), c.leaves) << c.fen;
+  options.chess960 = saved;
+}
+
 }  // namespace
