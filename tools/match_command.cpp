@@ -273,12 +273,6 @@ int matchCommand(int argc, char** argv) {
     std::fprintf(stderr, "match: %s\n%s", error.c_str(), usage);
     return 2;
   }
-  if (s.chess960) {
-    std::fprintf(stderr,
-                 "match: -variant fischerandom isn't available yet: the board code knows only the standard\n"
-                 "castling squares. The referee reads and writes castling as king takes rook already.\n");
-    return 2;
-  }
   // makeMove keeps the piece-square sum up to date, so the table must be there.
   initPieceSquare();
   std::vector<std::string> openings;

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <sstream>
 
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/make_move.h"
@@ -152,6 +153,11 @@ const char* endingName(Ending ending) {
   return "none";
 }
 
+void useGame(const RefereeGame& game) {
+  castlingSetup = game.castling;
+  options.chess960 = game.chess960 ? 1 : 0;
+}
+
 std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess960) {
   std::vector<std::string> fields = words(epdLine.substr(0, epdLine.find(';')));
   if (fields.size() < 4) return "fewer than four FEN fields";
@@ -164,7 +170,9 @@ std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess9
   game.halfmoveClock = counted ? std::stoi(fields[4].substr(0, 6)) : 0;
   game.firstMoveNumber = counted ? std::max(1, std::stoi(fields[5].substr(0, 6))) : 1;
   std::string placement = fields[0] + " " + fields[1] + " " + fields[2] + " " + fields[3];
+  options.chess960 = chess960 ? 1 : 0;
   parseFen(game.position, placement.c_str());
+  game.castling = castlingSetup;
   dropUnfitRights(game.position);
   if (const char* defect = positionDefect(game.position)) return defect;
   game.position.inCheck = kingAttacked(game.position, sideToMove(game.position));
@@ -181,7 +189,8 @@ std::string moveText(Move move, bool chess960) {
   char text[8];
   moveToText(move, text);
   if (chess960 && moveKind(move) == KindCastle) {
-    Square rook = (moveTo(move) & 56) | (fileOfSquare(moveTo(move)) == 6 ? 7 : 0);
+    const int colour = rankOfSquare(moveFrom(move)) == 0 ? White : Black;
+    Square rook = castlingSetup.rookHome[colour][fileOfSquare(moveTo(move)) == 6 ? ShortSide : LongSide];
     return squareText(moveFrom(move)) + squareText(rook);
   }
   return text;
@@ -237,6 +246,7 @@ std::string sanText(const Position& position, Move move) {
 }
 
 void playMove(RefereeGame& game, Move move) {
+  useGame(game);
   game.moves.push_back(moveText(move, game.chess960));
   game.sanMoves.push_back(sanText(game.position, move));
   LineState line{game.position, game.halfmoveClock, std::move(game.keys)};
@@ -246,7 +256,9 @@ void playMove(RefereeGame& game, Move move) {
   game.keys = std::move(line.keys);
 }
 
-Ending gameEnding(const RefereeGame& game) { return endingOf({game.position, game.halfmoveClock, game.keys}); }
+Ending gameEnding(const RefereeGame& game) {
+  useGame(game);
+  return endingOf({game.position, game.halfmoveClock, game.keys}); }
 
 std::string positionCommand(const RefereeGame& game) {
   return "position fen " + game.fen + (game.moves.empty() ? "" : " moves " + joined(game.moves));
@@ -263,6 +275,7 @@ const char* faultPhrase(OutputFault fault) {
 }
 
 OutputCheck judgeEngineLine(const RefereeGame& game, const std::string& line, std::string& primaryMove) {
+  useGame(game);
   std::vector<std::string> tokens = words(line);
   OutputCheck check;
   if (tokens.empty()) return check;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/types.h"
+#include "board/castling.h"
 
 enum class Ending { None, Checkmate, Stalemate, Repetition, FiftyMoves, Material };
 
@@ -18,6 +19,7 @@ const char* endingName(Ending ending);
 struct RefereeGame {
   std::string fen;  // the opening as sent to the engines: four fields, clock and move number
   bool chess960 = false;
+  CastlingSetup castling;           // the opening's castling rooks (games run side by side)
   Position position;                // the current position
   int halfmoveClock = 0;            // plies since the last capture or pawn move
   int firstMoveNumber = 1;          // the opening's move number, for the score sheet
@@ -25,6 +27,10 @@ struct RefereeGame {
   std::vector<std::string> moves;   // coordinate texts played since the opening
   std::vector<std::string> sanMoves;
 };
+
+// Makes the game's castling rooks and variant the board code's: every call
+// below does so first, since games with other rooks run side by side.
+void useGame(const RefereeGame& game);
 
 // Sets up a game from one line of an EPD file: board, side, castling and en
 // passant, then an optional halfmove clock and move number; anything after a

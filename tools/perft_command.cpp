@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/options.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/piece_square.h"
@@ -28,6 +29,13 @@ int perftCommand(int argc, char** argv) {
   }
   // makeMove keeps the piece-square sum up to date, so the table must be there.
   initPieceSquare();
+  // Castling rights named by rook files (Shredder-FEN) are Chess960's. The
+  // FEN may come as one argument or as several: look at its third field.
+  std::string castling;
+  size_t field = fen.find(' ');
+  if (field != std::string::npos) field = fen.find(' ', field + 1);
+  if (field != std::string::npos) castling = fen.substr(field + 1, fen.find(' ', field + 1) - field - 1);
+  if (castling.find_first_not_of("KQkq-") != std::string::npos) options.chess960 = 1;
   Position root;
   parseFen(root, fen.c_str());
 

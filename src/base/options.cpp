@@ -7,6 +7,7 @@ const EngineOption checkOptions[] = {
     {"null move pruning", &EngineOptions::nullMovePruning, 0, 0},
     {"deterministic", &EngineOptions::deterministic, 0, 0},
     {"Best Line", &EngineOptions::bestLineOnly, 0, 0},
+    {"UCI_Chess960", &EngineOptions::chess960, 0, 0},
     {"", nullptr, 0, 0},
 };
 

@@ -13,6 +13,7 @@ struct EngineOptions {
   int32_t nullMovePruning = 1;   // "null move pruning"
   int32_t deterministic = 0;     // "deterministic": every search from cleared tables
   int32_t bestLineOnly = 1;      // "Best Line": the book plays its best-weighted move
+  int32_t chess960 = 0;          // "UCI_Chess960": castling from any rook files, written as the king taking its rook
   // Spin options.
   int32_t redDepthThreshold = 10;         // "Red depth threshold"
   int32_t kingSafetyAggressiveness = 6;   // "King Safety Aggressiveness"

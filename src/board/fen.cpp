@@ -1,11 +1,14 @@
 #include "board/fen.h"
 
+#include <bit>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "base/engine_exit.h"
 #include "base/log.h"
+#include "base/options.h"
+#include "board/castling.h"
 #include "board/keys.h"
 #include "board/queries.h"
 
@@ -93,14 +96,48 @@ void parseFen(Position& position, const char* text) {
   const char* castling = colourField;
   if (*castling) ++castling;
   if (*castling) ++castling;
+  // Each game states its castling rooks anew; until the field names others,
+  // they stand in the corners.
+  setStandardCastling();
   for (; *castling && *castling != ' '; ++castling) {
-    switch (*castling) {
-      case 'K': p.moved &= ~0x90ULL; break;
-      case 'Q': p.moved &= ~0x11ULL; break;
-      case 'k': p.moved &= 0x6FFFFFFFFFFFFFFFULL; break;
-      case 'q': p.moved &= 0xEEFFFFFFFFFFFFFFULL; break;
-      default: break;
+    const char letter = *castling;
+    const int colour = letter >= 'a' ? Black : White;
+    const char upper = static_cast<char>(colour == Black ? letter - 32 : letter);
+    const Bitboard backRank = colour == White ? 0xFFULL : 0xFF00000000000000ULL;
+    const Bitboard king = p.pieces[colour][King] & backRank;
+    const Bitboard rooks = p.pieces[colour][Rook] & backRank;
+    int side;
+    Square rook;
+    if (!options.chess960) {
+      // Standard chess: the king on e1 (e8) and the rook in the corner; a
+      // right whose pieces aren't there is dropped later as unfit.
+      if (upper != 'K' && upper != 'Q') continue;
+      side = upper == 'K' ? ShortSide : LongSide;
+      p.moved &= ~castlingSetup.rightMask[colour][side];
+      continue;
     }
+    if (upper == 'K' || upper == 'Q') {
+      // X-FEN: the outermost rook on that side of the king; with none there,
+      // the corner (the right is dropped later as unfit).
+      side = upper == 'K' ? ShortSide : LongSide;
+      const Square corner = (colour == White ? 0 : 56) + (side == ShortSide ? 7 : 0);
+      rook = corner;
+      if (king && !(rooks & squareBit(corner))) {
+        const Square k = lowestSquare(king);
+        const Bitboard beyond = side == ShortSide ? rooks & ~((squareBit(k) << 1) - 1) : rooks & (squareBit(k) - 1);
+        if (beyond) rook = side == ShortSide ? 63 - std::countl_zero(beyond) : lowestSquare(beyond);
+      }
+    } else if (upper >= 'A' && upper <= 'H' && king) {
+      // Shredder-FEN: the file of the rook; its side is where it stands
+      // from the king.
+      rook = (colour == White ? 0 : 56) + (upper - 'A');
+      side = rook > lowestSquare(king) ? ShortSide : LongSide;
+    } else {
+      continue;
+    }
+    const Square kingHome = king ? lowestSquare(king) : (colour == White ? 4 : 60);
+    setCastlingRook(colour, side, kingHome, rook);
+    p.moved &= ~castlingSetup.rightMask[colour][side];
   }
 
   p.inCheck = kingInAttackMap(p, p.ctm & 1) ? 1 : 0;
@@ -118,7 +155,7 @@ void parseFen(Position& position, const char* text) {
       p.materialKey += count * materialWeights[colour * 8 + piece];
     }
   }
-  p.hashKey ^= castleKeys[castlingIndex(p.moved)];
+  p.hashKey ^= castlingKey(p.moved);
 
   const char* enPassant = castling;
   while (*enPassant == ' ') ++enPassant;
@@ -133,6 +170,11 @@ void moveToText(Move move, char* buffer) {
   }
   Square from = moveFrom(move);
   Square to = moveTo(move);
+  // Chess960 writes castling as the king taking its own rook.
+  if (options.chess960 && moveKind(move) == KindCastle) {
+    const int colour = rankOfSquare(from) == 0 ? White : Black;
+    to = castlingSetup.rookHome[colour][fileOfSquare(to) == 6 ? ShortSide : LongSide];
+  }
   buffer[0] = static_cast<char>('a' + fileOfSquare(from));
   buffer[1] = static_cast<char>('1' + rankOfSquare(from));
   buffer[2] = static_cast<char>('a' + fileOfSquare(to));
@@ -150,10 +192,9 @@ void logBoard(const Position& position) {
   moveToText(p.lastMove, thisMove);
   char rights[5];
   int r = 0;
-  if (!(p.moved & whiteShortMask)) rights[r++] = 'K';
-  if (!(p.moved & whiteLongMask)) rights[r++] = 'Q';
-  if (!(p.moved & blackShortMask)) rights[r++] = 'k';
-  if (!(p.moved & blackLongMask)) rights[r++] = 'q';
+  const int held = castlingRights(p.moved);
+  for (int i = 0; i < 4; ++i)
+    if (held & (1 << i)) rights[r++] = "KQkq"[i];
   if (r == 0) rights[r++] = '-';
   rights[r] = 0;
   logPrintf("\n-----[ CTM = %d   INCHECK = %d   last: %s %s   rights: %s]-----", p.ctm, p.inCheck, parentMove,

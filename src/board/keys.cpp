@@ -1,7 +1,7 @@
 #include "board/keys.h"
 
 uint64_t pieceKeys[2 * 8 * 64];
-uint64_t castleKeys[64];
+uint64_t castleKeys[16];
 uint64_t pawnKeys[2 * 8 * 64];
 
 const uint64_t keySeed = 0x2545F4914F6CDD1DULL;
@@ -34,17 +34,7 @@ void initKeys(uint64_t seed) {
   }
   // One key for each set of rights, so positions that lost a right in
   // different ways share their key.
-  uint64_t rightsKeys[16];
-  for (auto& key : rightsKeys) key = nextRandom(state);
-  const Square squares[6] = {0, 4, 7, 56, 60, 63};
-  for (int pattern = 0; pattern < 64; ++pattern) {
-    Bitboard moved = 0;
-    for (int b = 0; b < 6; ++b)
-      if (pattern & (1 << b)) moved |= squareBit(squares[b]);
-    int rights = ((moved & whiteShortMask) ? 0 : 1) | ((moved & whiteLongMask) ? 0 : 2) |
-                 ((moved & blackShortMask) ? 0 : 4) | ((moved & blackLongMask) ? 0 : 8);
-    castleKeys[castlingIndex(moved)] = rightsKeys[rights];
-  }
+  for (auto& key : castleKeys) key = nextRandom(state);
 }
 
 namespace {

@@ -2,12 +2,13 @@
 #pragma once
 
 #include "base/types.h"
+#include "board/castling.h"
 
 // [colour][piece][square]. Row 0 of white holds the side keys (entry 0 white
 // to move, entry 1 black to move); row 0 of black the en-passant keys by square.
 extern uint64_t pieceKeys[2 * 8 * 64];
-// Indexed by castlingIndex(moved); one key per set of the four rights.
-extern uint64_t castleKeys[64];
+// One key per set of the four castling rights (see castlingRights).
+extern uint64_t castleKeys[16];
 // Like pieceKeys, but only the pawn and king rows are non-zero.
 extern uint64_t pawnKeys[2 * 8 * 64];
 // Additive material signature addends, [colour * 8 + piece].
@@ -20,10 +21,8 @@ extern const uint64_t keySeed;
 inline uint64_t sideKey(int colour) { return pieceKeys[colour]; }
 inline uint64_t enPassantKey(Square s) { return pieceKeys[pieceIndex(Black, 0, s)]; }
 
-// Maps the six castling-relevant bits of `moved` onto 0..63.
-inline int castlingIndex(Bitboard moved) {
-  return static_cast<int>(((moved & castlingSquares) * 0x218140848e040125ULL) >> 58);
-}
+// The key of the castling rights that `moved` leaves.
+inline uint64_t castlingKey(Bitboard moved) { return castleKeys[castlingRights(moved)]; }
 
 // Fills the tables from a seed; runs at start-up with keySeed, and tests may
 // call it with other seeds.

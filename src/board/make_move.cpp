@@ -2,6 +2,7 @@
 
 #include "base/log.h"
 #include "base/score_pair.h"
+#include "board/castling.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/piece_square.h"
@@ -63,32 +64,46 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   }
   d.movedPiece = p;
 
+  if (kind == KindCastle) {
+    // Both pieces leave before either lands: in Chess960 the king may land
+    // where its rook stood, or the rook where the king stood, or the king
+    // may not move at all.
+    const int side = fileOfSquare(to) == 6 ? ShortSide : LongSide;
+    const Square rookFrom = castlingSetup.rookHome[c][side];
+    const Square rookTo = castlingRookTarget(c, side);
+    const Bitboard R = squareBit(rookFrom);
+    const Bitboard landed = T | squareBit(rookTo);
+    d.hashKey ^= castlingKey(d.moved);
+    d.pawnKey ^= pawnKeys[pieceIndex(c, King, from)] ^ pawnKeys[pieceIndex(c, King, to)];
+    takeScore(d, pieceIndex(c, King, from));
+    addScore(d, pieceIndex(c, King, to));
+    d.hashKey ^= pieceKeys[pieceIndex(c, King, from)] ^ pieceKeys[pieceIndex(c, King, to)];
+    d.hashKey ^= pieceKeys[pieceIndex(c, Rook, rookFrom)] ^ pieceKeys[pieceIndex(c, Rook, rookTo)];
+    addScore(d, pieceIndex(c, Rook, rookTo));
+    takeScore(d, pieceIndex(c, Rook, rookFrom));
+    d.pieces[c][King] = (d.pieces[c][King] & ~F) | T;
+    d.pieces[c][Rook] = (d.pieces[c][Rook] & ~R) | squareBit(rookTo);
+    d.pieces[c][0] = (d.pieces[c][0] & ~(F | R)) | landed;
+    d.moved |= F | T | R | squareBit(rookTo);
+    d.hashKey ^= castlingKey(d.moved);
+    ++d.ctm;
+    return true;
+  }
+
   d.pawnKey ^= pawnKeys[pieceIndex(c, p, from)] ^ pawnKeys[pieceIndex(c, p, to)];
   takeScore(d, pieceIndex(c, p, from));
   addScore(d, pieceIndex(c, p, to));
   d.pieces[c][p] ^= F | T;
   d.pieces[c][0] ^= F | T;
-  d.hashKey ^= castleKeys[castlingIndex(d.moved)] ^ pieceKeys[pieceIndex(c, p, from)] ^
-               pieceKeys[pieceIndex(c, p, to)];
-  d.moved |= F | T;
-
-  if (kind == KindCastle) {
-    ++d.ctm;
-    // The rook comes from the corner on the king's side of the move and lands
-    // on the square the king crossed.
-    Square rookFrom = (to & 56) | (fileOfSquare(to) == 6 ? 7 : 0);
-    Square rookTo = (from + to) / 2;
-    Bitboard R = squareBit(rookFrom) | squareBit(rookTo);
-    d.hashKey ^= pieceKeys[pieceIndex(c, Rook, rookFrom)] ^ pieceKeys[pieceIndex(c, Rook, rookTo)];
-    addScore(d, pieceIndex(c, Rook, rookTo));
-    takeScore(d, pieceIndex(c, Rook, rookFrom));
-    d.pieces[c][Rook] ^= R;
-    d.pieces[c][0] ^= R;
-    d.moved |= R;
-    d.hashKey ^= castleKeys[castlingIndex(d.moved)];
-    return true;
+  d.hashKey ^= pieceKeys[pieceIndex(c, p, from)] ^ pieceKeys[pieceIndex(c, p, to)];
+  // Only a move from or to a square where a right rests changes the rights.
+  if ((F | T) & castlingSetup.squares & ~d.moved) {
+    d.hashKey ^= castlingKey(d.moved);
+    d.moved |= F | T;
+    d.hashKey ^= castlingKey(d.moved);
+  } else {
+    d.moved |= F | T;
   }
-  d.hashKey ^= castleKeys[castlingIndex(d.moved)];
 
   if (kind >= KindPromoteQueen) {
     const int n = promotionPiece[moveKindIndex(move)];

@@ -133,7 +133,8 @@ uint64_t polyglotKey(const Position& position) {
 }
 
 Move probeBook(const Position& root) {
-  if (!openingBook.file) return 0;
+  // Polyglot books and their keys know standard chess only.
+  if (!openingBook.file || options.chess960) return 0;
   const uint64_t key = polyglotKey(root);
   const long count = recordCount();
   if (count < 0) return dropUnreadableBook();

@@ -4,6 +4,7 @@
 #include "base/score_pair.h"
 #include "base/three_file_mask.h"
 #include "board/attacks.h"
+#include "board/castling.h"
 #include "board/exchange.h"
 #include "eval/tables.h"
 
@@ -70,8 +71,8 @@ const int32_t kingDangerBase[2][64] = {
 };
 
 ScorePair castlingTerms(const Position& position, int colour) {
-  Bitboard shortMask = colour == White ? whiteShortMask : blackShortMask;
-  Bitboard longMask = colour == White ? whiteLongMask : blackLongMask;
+  Bitboard shortMask = castlingSetup.rightMask[colour][ShortSide];
+  Bitboard longMask = castlingSetup.rightMask[colour][LongSide];
   ScorePair sum = 0;
   if ((position.moved & shortMask) == 0) sum = scorePairAdd(sum, makeScorePair(150, 0));
   if ((position.moved & longMask) == 0) sum = scorePairAdd(sum, makeScorePair(60, 0));

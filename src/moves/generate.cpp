@@ -1,6 +1,9 @@
 #include "moves/generate.h"
 
+#include <initializer_list>
+
 #include "board/attacks.h"
+#include "board/castling.h"
 #include "board/queries.h"
 
 namespace {
@@ -183,24 +186,36 @@ Move* writeSliderChecks(const Position& position, Move* out, Bitboard sliders, c
 }  // namespace
 
 int generateCastling(const Position& position, int colour, Move* list) {
+  const CastlingSetup& setup = castlingSetup;
+  if ((position.moved & setup.rightMask[colour][ShortSide]) && (position.moved & setup.rightMask[colour][LongSide]))
+    return 0;
   Bitboard attacked = attackMap(position, colour ^ 1);
   Bitboard occupied = occupiedSquares(position);
-  Bitboard moved = position.moved;
+  const Square king = kingSquareOf(position, colour);
+  const Bitboard enemyRankSliders = position.pieces[colour ^ 1][Rook] | position.pieces[colour ^ 1][Queen];
   Move* out = list;
-  // The king may not start, cross or land on an attacked square; b1 and b8
-  // are only crossed by the rook.
-  if (colour == White) {
-    if ((moved & whiteShortMask) == 0 && (occupied & 0x60ULL) == 0 && (attacked & 0x70ULL) == 0)
-      *out++ = castleWhiteShort;
-    if ((moved & whiteLongMask) == 0 && (occupied & 0x0EULL) == 0 && (attacked & 0x1CULL) == 0)
-      *out++ = castleWhiteLong;
-  } else {
-    if ((moved & blackShortMask) == 0 && (occupied & 0x6000000000000000ULL) == 0 &&
-        (attacked & 0x7000000000000000ULL) == 0)
-      *out++ = castleBlackShort;
-    if ((moved & blackLongMask) == 0 && (occupied & 0x0E00000000000000ULL) == 0 &&
-        (attacked & 0x1C00000000000000ULL) == 0)
-      *out++ = castleBlackLong;
+  for (int side : {ShortSide, LongSide}) {
+    if (position.moved & setup.rightMask[colour][side]) continue;
+    const Square rook = setup.rookHome[colour][side];
+    const Square kingTo = castlingKingTarget(colour, side);
+    const Square rookTo = castlingRookTarget(colour, side);
+    // Every square the king or the rook crosses or lands on is empty, but
+    // for the two of them; the king may not start, cross or land on an
+    // attacked square (the rook may cross one: b1 in standard chess).
+    const Bitboard bothPaths = between[king][kingTo] | squareBit(kingTo) | between[rook][rookTo] | squareBit(rookTo);
+    if (occupied & bothPaths & ~squareBit(king) & ~squareBit(rook)) continue;
+    const Bitboard kingPath = between[king][kingTo] | squareBit(king) | squareBit(kingTo);
+    if (attacked & kingPath) continue;
+    // The rook may have screened its own back rank: with it gone, a rook or
+    // queen behind it could reach the king's path. Never so with the rooks
+    // in the corners.
+    if (!setup.standard) {
+      const Bitboard withoutRook = occupied & ~squareBit(rook);
+      bool screened = false;
+      for (Bitboard b = kingPath; b && !screened;) screened = (rookAttacks(popLowest(b), withoutRook) & enemyRankSliders) != 0;
+      if (screened) continue;
+    }
+    *out++ = makeMoveWord(king, kingTo, KindCastle);
   }
   return static_cast<int>(out - list);
 }

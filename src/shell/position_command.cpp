@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
 #include "base/engine_exit.h"
 #include "base/log.h"
@@ -41,14 +42,16 @@ void dropUnfitRights(Position& position) {
   Position& p = position;
   // A right stays only while its king and its rook stand at home: making a
   // castling move moves them without looking.
-  const Bitboard home[6] = {p.pieces[White][King] & squareBit(4), p.pieces[White][Rook] & squareBit(7),
-                            p.pieces[White][Rook] & squareBit(0), p.pieces[Black][King] & squareBit(60),
-                            p.pieces[Black][Rook] & squareBit(63), p.pieces[Black][Rook] & squareBit(56)};
-  const Square homeSquare[6] = {4, 7, 0, 60, 63, 56};
   Bitboard moved = p.moved;
-  for (int i = 0; i < 6; ++i)
-    if (!home[i]) moved |= squareBit(homeSquare[i]);
-  p.hashKey ^= castleKeys[castlingIndex(p.moved)] ^ castleKeys[castlingIndex(moved)];
+  for (int colour : {White, Black}) {
+    for (int side : {ShortSide, LongSide}) {
+      const Square rook = castlingSetup.rookHome[colour][side];
+      const Square king = lowestSquare(castlingSetup.rightMask[colour][side] & ~squareBit(rook));
+      if (!(p.pieces[colour][King] & squareBit(king))) moved |= squareBit(king);
+      if (!(p.pieces[colour][Rook] & squareBit(rook))) moved |= squareBit(rook);
+    }
+  }
+  p.hashKey ^= castlingKey(p.moved) ^ castlingKey(moved);
   p.moved = moved;
 
   if (!p.epBit) return;

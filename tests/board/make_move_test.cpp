@@ -28,7 +28,7 @@ uint64_t castlingKeyOf(Bitboard moved) {
   Bitboard canonical = 0;
   for (Bitboard mask : {whiteShortMask, whiteLongMask, blackShortMask, blackLongMask})
     if (moved & mask) canonical |= mask & ~(squareBit(sq("e1")) | squareBit(sq("e8")));
-  return castleKeys[castlingIndex(canonical)];
+  return castleKeys[castlingRights(canonical)];
 }
 
 // Names the first field that differs from a recount, or "" if none does.

@@ -22,6 +22,7 @@ const char* const uciAnswer =
     "option name null move pruning type check default true\n"
     "option name deterministic type check default false\n"
     "option name Best Line type check default true\n"
+    "option name UCI_Chess960 type check default false\n"
     "option name Red depth threshold type spin default 10 min 0 max 100\n"
     "option name King Safety Aggressiveness type spin default 6 min 0 max 10\n"
     "option name move overhead milliseconds type spin default 20 min 0 max 30000\n"

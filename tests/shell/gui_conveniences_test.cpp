@@ -147,4 +147,24 @@ TEST(GuiConveniences, GoMateAnswersOnceTheMateIsProvenElseSearchesUntilStop) {
   EXPECT_TRUE(isLegalMove(cases[2].fen, wordAfter(engine.waitFor("bestmove", 5.0), "bestmove")));
 }
 
+// Chess960: castling from the rook files the FEN names, written and read as
+// the king taking its own rook; without UCI_Chess960 the file letters name
+// no right.
+TEST(GuiConveniences, Chess960CastlesFromAnyRookFileAndWritesKingTakesRook) {
+  const std::string fen = "1r3k1r/8/8/8/8/8/8/1R3K1R w HBhb - 0 1";
+  const auto answer = [&](bool chess960, const std::string& lines) {
+    EngineSession engine(TARVOK_ENGINE_PATH);
+    engine.send(std::string("setoption name UCI_Chess960 value ") + (chess960 ? "true" : "false") + "\n" + lines);
+    return wordAfter(engine.waitFor("bestmove", 10.0), "bestmove");
+  };
+  // Short castling: king f1 to g1, rook h1 to f1; long: king to c1, rook b1 to d1.
+  EXPECT_EQ(answer(true, "position fen " + fen + "\ngo depth 2 searchmoves f1h1"), "f1h1");
+  EXPECT_EQ(answer(true, "position fen " + fen + "\ngo depth 2 searchmoves f1b1"), "f1b1");
+  EXPECT_EQ(answer(false, "position fen " + fen + "\ngo depth 2 searchmoves f1h1 f1b1"), "0000");
+  // After white's short castling the rook on f1 checks the king on f8: the
+  // answer must get out of it, so the castling was played as such.
+  const std::string reply = answer(true, "position fen " + fen + " moves f1h1\ngo depth 3");
+  EXPECT_TRUE(reply == "f8e8" || reply == "f8e7" || reply == "f8g7" || reply == "f8g8") << reply;
+}
+
 }  // namespace

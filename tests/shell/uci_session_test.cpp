@@ -117,14 +117,14 @@ TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndH
   engine.waitFor("uciok", 5.0);
   engine.waitFor("uciok", 5.0);
   const std::vector<std::string> options = linesStartingWith(engine.transcript, "option name");
-  ASSERT_EQ(options.size(), 28u) << engine.transcript;
+  ASSERT_EQ(options.size(), 30u) << engine.transcript;
   for (const char* changed : {"OwnBook type check default false", "MultiPV type spin default 1 min 1 max 99",
                               "Book File type string default My Books/Big Opening File.BIN",
                               "use lmr type check default false", "null move pruning type check default true",
                               "move overhead milliseconds type spin default 150 min 0 max 30000",
                               "Drawscore type spin default 7 min -50 max 50"})
-    EXPECT_EQ(std::count(options.begin(), options.begin() + 14, std::string("option name ") + changed), 1) << changed;
-  EXPECT_EQ(options[18], "option name MultiPV type spin default 99 min 1 max 99");
+    EXPECT_EQ(std::count(options.begin(), options.begin() + 15, std::string("option name ") + changed), 1) << changed;
+  EXPECT_EQ(options[19], "option name MultiPV type spin default 99 min 1 max 99");
 
   engine.send("setoption name Hash value 0");
   EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 5")));
