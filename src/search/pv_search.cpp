@@ -54,7 +54,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
   line[0] = 0;
   Move hashMove = 0;
   int hashScore = 0;
-  if (const HashEntry* hit = hashProbe(position.hashKey); hit && hit->depth >= depth - 6) {
+  if (const HashHit hit = hashProbe(position.hashKey); hit && hit->depth >= depth - 6) {
     hashMove = hit->move;
     hashScore = hit->score;
   }
