@@ -74,7 +74,7 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
   // Entry: the stop, the input poll and the killers this node starts with.
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::nodeEntries);
   reachPly(state, ply);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];

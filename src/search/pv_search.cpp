@@ -17,7 +17,7 @@
 
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::pvEntries);
   reachPly(state, ply);
   // Node parity below counts from the nearest PV node.

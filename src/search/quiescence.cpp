@@ -14,7 +14,7 @@
 
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::quietEntries);
   reachPly(state, ply);
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
