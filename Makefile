@@ -4,6 +4,8 @@
 # removes them again, `make test` builds the tests and runs them all (needs
 # GoogleTest), `make test-sanitize` runs every test again under
 # AddressSanitizer and UndefinedBehaviorSanitizer (build-sanitize/),
+# `make test-tsan` runs the tests that search with several threads under
+# ThreadSanitizer (build-tsan/),
 # `make fuzz` builds the libFuzzer targets with clang (build-fuzz/),
 # `make fingerprints [ROWS="0 7"]` compares the self-test searches with the
 # reference, `make profile-build` builds the fastest engine, trained on the
@@ -16,6 +18,7 @@
 # are errors in every build directory configured.
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
+TSAN_DIR ?= build-tsan
 FUZZ_DIR ?= build-fuzz
 PROFILE_DIR ?= build-profile
 JOBS ?= 2
@@ -34,7 +37,7 @@ configure = cmake -S . -B $(1) -G Ninja $(2) $(WERROR) $(ARCH) $(CMAKE_ARGS)
 # $(call build-tests,DIR): build the tests of DIR and run them all.
 build-tests = cmake --build $(1) -j$(JOBS) --target tarvok-tests && cd $(1) && ctest --output-on-failure
 
-.PHONY: all run install uninstall test test-sanitize fuzz fingerprints profile-build clean
+.PHONY: all run install uninstall test test-sanitize test-tsan fuzz fingerprints profile-build clean
 
 # The play build: what `make run` starts and `make install` installs.
 all: $(BUILD_DIR)/build.ninja
@@ -65,6 +68,14 @@ $(SANITIZE_DIR)/build.ninja:
 
 test-sanitize: $(SANITIZE_DIR)/build.ninja
 	$(call build-tests,$(SANITIZE_DIR))
+
+$(TSAN_DIR)/build.ninja:
+	$(call configure,$(TSAN_DIR),-DCMAKE_BUILD_TYPE=Tsan)
+
+# Only the tests whose engines search with helper threads: the rest run one
+# thread, which the other two builds cover.
+test-tsan: $(TSAN_DIR)/build.ninja
+	cmake --build $(TSAN_DIR) -j$(JOBS) --target tarvok-tests && cd $(TSAN_DIR) && ctest --output-on-failure -R '^Threads\.'
 
 $(FUZZ_DIR)/build.ninja:
 	$(call configure,$(FUZZ_DIR),-DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Fuzz -DTARVOK_FUZZ=ON -DBUILD_TESTING=OFF)

@@ -1,9 +1,12 @@
-// bench [DEPTH] [--engine PATH]: the engine itself, as a GUI runs it,
-// searches the 50 self-test positions once each to DEPTH (13 by default)
-// from cleared tables; one line per position, then the totals. The node
-// total is the signature of the search: a change that should leave the
+// bench [DEPTH] [--engine PATH] [--threads N]: the engine itself, as a GUI
+// runs it, searches the 50 self-test positions once each to DEPTH (13 by
+// default) from cleared tables; one line per position, then the totals. The
+// node total is the signature of the search: a change that should leave the
 // search alone must leave it as it was. The speed is the engine's own, not
-// this tool's (whose search carries the trace counters).
+// this tool's (whose search carries the trace counters). With --threads the
+// engine searches with N threads, each position after a ucinewgame in place
+// of the deterministic option (which would hold it to one thread): the
+// seconds then measure the time to depth, and the nodes vary from run to run.
 #include <cinttypes>
 #include <climits>
 #include <cstdio>
@@ -49,13 +52,23 @@ int benchCommand(int argc, char** argv) {
     for (int j = i; j + 2 < argc; ++j) argv[j] = argv[j + 2];
     argc -= 2;
   }
+  int threads = 0;
+  for (int i = 0; i + 1 < argc; ++i) {
+    if (std::strcmp(argv[i], "--threads") != 0) continue;
+    threads = std::atoi(argv[i + 1]);
+    for (int j = i; j + 2 < argc; ++j) argv[j] = argv[j + 2];
+    argc -= 2;
+  }
   int depth = testSearchDepth;
-  if (argc > 1 || (argc == 1 && (depth = std::atoi(argv[0])) < 1)) {
-    std::fprintf(stderr, "usage: tarvok-tool bench [DEPTH] [--engine PATH]\n");
+  if (argc > 1 || (argc == 1 && (depth = std::atoi(argv[0])) < 1) || threads < 0) {
+    std::fprintf(stderr, "usage: tarvok-tool bench [DEPTH] [--engine PATH] [--threads N]\n");
     return 2;
   }
   // Every search from cleared hash and history, as the self-test searches.
-  spec.options.emplace_back("deterministic", "true");
+  if (threads == 0)
+    spec.options.emplace_back("deterministic", "true");
+  else
+    spec.options.emplace_back("Threads", std::to_string(threads));
 
   EngineProcess engine;
   std::string line;
@@ -73,6 +86,11 @@ int benchCommand(int argc, char** argv) {
   for (int row = 0; row < 50; ++row) {
     char fen[160];
     testRowFen(row, fen);
+    if (threads != 0) {
+      engine.send("ucinewgame");
+      engine.send("isready");
+      while (engine.readLine(line, later()) == EngineRead::Line && line != "readyok") {}
+    }
     const auto start = MatchClock::now();
     engine.send(std::string("position fen ") + fen);
     engine.send("go depth " + std::to_string(depth));

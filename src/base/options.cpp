@@ -16,5 +16,6 @@ const EngineOption spinOptions[] = {
     {"King Safety Aggressiveness", &EngineOptions::kingSafetyAggressiveness, 0, 10},
     {"move overhead milliseconds", &EngineOptions::moveOverheadMs, 0, 30000},
     {"Drawscore", &EngineOptions::drawScore, -50, 50},
+    {"Threads", &EngineOptions::threads, 1, 256},
     {"", nullptr, 0, 0},
 };

@@ -19,6 +19,7 @@ struct EngineOptions {
   int32_t kingSafetyAggressiveness = 6;   // "King Safety Aggressiveness"
   int32_t moveOverheadMs = 20;            // "move overhead milliseconds"
   int32_t drawScore = -5;                 // "Drawscore"
+  int32_t threads = 1;                    // "Threads": the main search and threads - 1 helpers
   // Handled one by one.
   int32_t hashSizeMb = 64;  // the size of the table in force; 0: none
   int32_t ownBook = 1;

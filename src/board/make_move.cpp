@@ -8,7 +8,7 @@
 #include "board/piece_square.h"
 #include "board/queries.h"
 
-NodeCounter nodeCounter;
+thread_local NodeCounter nodeCounter;
 
 namespace {
 
@@ -29,7 +29,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   d.lastMove = move;
   d.movedPiece = 0;
   d.capturedPiece = 0;
-  if (!nodeCounter.frozen) ++nodeCounter.nodes;
+  if (!nodeCounter.frozen) nodeCounter.nodes = nodeCounter.nodes + 1;
 
   const int c = sideToMove(source);
   const int e = c ^ 1;

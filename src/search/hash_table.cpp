@@ -7,7 +7,7 @@
 #include "base/platform.h"
 #include "search/search_trace.h"
 
-static_assert(sizeof(HashEntry) == 16, "four entries must fill a 64-byte bucket");
+static_assert(sizeof(HashSlot) == 16, "four slots must fill a 64-byte bucket");
 static_assert(sizeof(HashBucket) == 64, "size arithmetic counts a bucket as 64 bytes");
 
 HashTable hashTable = {0, 0, 0, nullptr};
@@ -72,13 +72,24 @@ int hashFullPerMille() {
   const uint64_t sampled = hashTable.bucketCount * 4 < 1000 ? hashTable.bucketCount * 4 : 1000;
   uint64_t used = 0;
   for (uint64_t i = 0; i < sampled; ++i) {
-    const HashEntry& entry = hashTable.buckets[i / 4].entries[i % 4];
+    const HashEntry entry = readSlot(hashTable.buckets[i / 4].slots[i % 4]);
     used += entry.key != 0 && entry.age == static_cast<uint8_t>(hashTable.age);
   }
   return static_cast<int>(used * 1000 / sampled);
 }
 
 void hashAdvanceAge() { hashTable.age = (hashTable.age + 1) & 255; }
+
+namespace {
+
+void writeSlot(HashSlot& slot, uint64_t key, int16_t depth, int32_t score, int bound, uint8_t age, uint16_t move) {
+  const uint64_t data = static_cast<uint16_t>(score) | uint64_t{move} << 16 | uint64_t{static_cast<uint16_t>(depth)} << 32 |
+                        uint64_t{static_cast<uint8_t>(bound)} << 48 | uint64_t{age} << 56;
+  storeWord(slot.data, data);
+  storeWord(slot.check, key ^ data);
+}
+
+}  // namespace
 
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move) {
   if (hashTable.buckets == nullptr) return;
@@ -89,41 +100,37 @@ void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t m
 
   // An entry of an older search goes before any of this search; among equals
   // the shallowest goes, and of equal depths the one in the lowest slot.
-  HashEntry* victim = &bucket.entries[0];
+  int victim = 0;
+  HashEntry victimEntry{};
   for (int slot = 0; slot < 4; ++slot) {
-    HashEntry& entry = bucket.entries[slot];
+    const HashEntry entry = readSlot(bucket.slots[slot]);
     if (entry.key == 0 || entry.key == key) {
       // The same position is always overwritten, a shallower result too; a
       // result without a move keeps the move the position had.
-      entry.key = key;
-      entry.depth = depth;
-      entry.score = static_cast<int16_t>(score);
-      entry.age = age;
-      entry.bound = static_cast<uint8_t>(bound);
-      if (move != 0) entry.move = move;
+      writeSlot(bucket.slots[slot], key, depth, score, bound, age, move != 0 ? move : entry.move);
       return;
     }
-    if (slot == 0) continue;
-    int victimCurrent = victim->age == age ? 1 : 0;
+    if (slot == 0) {
+      victimEntry = entry;
+      continue;
+    }
+    int victimCurrent = victimEntry.age == age ? 1 : 0;
     int slotCurrent = entry.age == age ? 1 : 0;
-    int standing = 2 * victimCurrent - 2 * slotCurrent + (entry.depth < victim->depth ? 1 : 0);
-    if (standing > 0) victim = &entry;
+    int standing = 2 * victimCurrent - 2 * slotCurrent + (entry.depth < victimEntry.depth ? 1 : 0);
+    if (standing > 0) victim = slot, victimEntry = entry;
   }
-  victim->key = key;
-  victim->depth = depth;
-  victim->score = static_cast<int16_t>(score);
-  victim->age = age;
-  victim->bound = static_cast<uint8_t>(bound);
-  victim->move = move;
+  writeSlot(bucket.slots[victim], key, depth, score, bound, age, move);
 }
 
-const HashEntry* hashProbe(uint64_t key) {
-  if (hashTable.buckets == nullptr) return nullptr;
+HashHit hashProbe(uint64_t key) {
+  if (hashTable.buckets == nullptr) return {};
   traceCount(&SearchTrace::hashProbes);
   const HashBucket& bucket = hashTable.buckets[key & hashTable.mask];
-  for (const HashEntry& entry : bucket.entries)
-    if (entry.key == key) return traceCount(&SearchTrace::hashHits), &entry;
-  return nullptr;
+  for (const HashSlot& slot : bucket.slots) {
+    const HashEntry entry = readSlot(slot);
+    if (entry.key == key) return traceCount(&SearchTrace::hashHits), HashHit{entry, &slot};
+  }
+  return {};
 }
 
 int32_t scoreToStore(int32_t score, int ply) {

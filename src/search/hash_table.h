@@ -5,6 +5,7 @@
 
 #include "search/conventions.h"
 
+// One position's entry as the search reads it.
 struct HashEntry {
   uint64_t key;    // whole hashKey; 0 means never used
   int16_t score;   // mate scores stored as distance from this node
@@ -14,8 +15,44 @@ struct HashEntry {
   uint8_t age;
 };
 
+// An entry as the table holds it: the fields packed into one word, and the
+// key stored XOR that word. Searches on other threads write the table without
+// locks, so a slot can be read half old and half new; such a slot gives back
+// a key that is no position's, and the probe passes it by.
+struct HashSlot {
+  uint64_t check;  // key ^ data
+  uint64_t data;   // score, move, depth, bound and age, 16+16+16+8+8 bits
+};
+
 struct HashBucket {
-  HashEntry entries[4];
+  HashSlot slots[4];
+};
+
+// The two words of a slot are read and written one whole word at a time,
+// as other threads may be writing them.
+inline uint64_t loadWord(const uint64_t& word) { return __atomic_load_n(&word, __ATOMIC_RELAXED); }
+inline void storeWord(uint64_t& word, uint64_t value) { __atomic_store_n(&word, value, __ATOMIC_RELAXED); }
+
+inline HashEntry unpackEntry(uint64_t check, uint64_t data) {
+  return {check ^ data,
+          static_cast<int16_t>(data & 0xffff),
+          static_cast<uint16_t>(data >> 16),
+          static_cast<int16_t>(data >> 32),
+          static_cast<uint8_t>(data >> 48),
+          static_cast<uint8_t>(data >> 56)};
+}
+
+// What the slot holds now, whatever position it belongs to.
+inline HashEntry readSlot(const HashSlot& slot) { return unpackEntry(loadWord(slot.check), loadWord(slot.data)); }
+
+// A probe's answer: a copy of the entry, read once, and the slot it came
+// from; false on a miss.
+struct HashHit {
+  HashEntry entry{};
+  const HashSlot* slot = nullptr;
+  explicit operator bool() const { return slot != nullptr; }
+  const HashEntry* operator->() const { return &entry; }
+  const HashEntry& operator*() const { return entry; }
 };
 
 struct HashTable {
@@ -48,8 +85,8 @@ int hashFullPerMille();
 // Moves the age on by one search, wrapping after 255.
 void hashAdvanceAge();
 void hashStore(uint64_t key, int16_t depth, int32_t score, int bound, uint16_t move);
-// The entry of this key, or null on a miss (always a miss without a table).
-const HashEntry* hashProbe(uint64_t key);
+// The entry of this key, or a miss (always a miss without a table).
+HashHit hashProbe(uint64_t key);
 
 // Asks the memory for the bucket of key ahead of the probe. A probe that
 // misses the cache waits hundreds of cycles for a random bucket of a large

@@ -5,8 +5,10 @@
 
 #include <cstdint>
 
+#include "base/shared_word.h"
+
 struct SearchLimits {
-  int32_t stop = 0;         // the search must unwind
+  SharedWord<int32_t> stop = 0;  // the search must unwind; helper threads read it too
   int32_t pondering = 0;    // no limit ends the search while set
   int32_t pollingHeld = 0;  // set during the first iteration: no polls
   int32_t pollCounter = 0;  // entries of all searches; low 8 bits pace the polls

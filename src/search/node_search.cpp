@@ -74,7 +74,7 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
   // Entry: the stop, the input poll and the killers this node starts with.
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::nodeEntries);
   reachPly(state, ply);
   const Move entryKiller1 = state.killer1[ply < 256 ? ply : 255];
@@ -107,7 +107,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   line[0] = 0;
   int hashScore = 0;
   Move hashMove = 0;
-  const HashEntry* hit = nullptr;
+  HashHit hit;
   if (!excludedMove) {
     hit = hashProbe(position.hashKey);
     if (hit) {
@@ -152,7 +152,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   // Null-move rules: static margins near the horizon, a null-move search deeper.
   if (nullMoveAllowed && !noNull && options.nullMovePruning && !inCheck && std::abs(beta) <= mateThreshold) {
     // The slot may hold something new since the hash probe; read it once more.
-    int nullEval = hit ? sharpenWithEntry(eval, *hit) : eval;
+    int nullEval = hit ? sharpenWithEntry(eval, readSlot(*hit.slot)) : eval;
     if (nullEval >= beta + 5) {
       if (depth <= 5) {
         if (nullEval + (1 - parity) * 70 - staticMargin[depth] >= beta) return traceCount(&SearchTrace::staticNullMargins), beta;

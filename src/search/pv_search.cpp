@@ -17,7 +17,7 @@
 
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::pvEntries);
   reachPly(state, ply);
   // Node parity below counts from the nearest PV node.
@@ -54,7 +54,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
   line[0] = 0;
   Move hashMove = 0;
   int hashScore = 0;
-  if (const HashEntry* hit = hashProbe(position.hashKey); hit && hit->depth >= depth - 6) {
+  if (const HashHit hit = hashProbe(position.hashKey); hit && hit->depth >= depth - 6) {
     hashMove = hit->move;
     hashScore = hit->score;
   }

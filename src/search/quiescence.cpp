@@ -14,7 +14,7 @@
 
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
   if (searchLimits.stop) return 0;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::quietEntries);
   reachPly(state, ply);
   if (isDrawnMaterial(position, ply)) return drawValue(ply);
@@ -24,7 +24,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
 
   const bool zeroWindow = beta == alpha + 1;
   Move hashMove = 0;
-  const HashEntry* hit = depth >= -10 ? hashProbe(position.hashKey) : nullptr;
+  const HashHit hit = depth >= -10 ? hashProbe(position.hashKey) : HashHit{};
   if (hit) {
     hashMove = hit->move;
     if (zeroWindow && depth <= hit->depth) {

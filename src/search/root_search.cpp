@@ -62,7 +62,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
 
   const int halfDepth = depth >> 1;
   const bool reportMoves = halfDepth > 5 && clock(clockSettings.wholeSeconds) - searchLimits.startTime > 0.25;
-  if (searchPollSaysStop()) return 0;
+  if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::rootPasses);
   line[0] = 0;
   if (halfDepth == 1) buildRootMoves(state, position);
@@ -87,7 +87,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
     if (kingAttacked(state.rootChild, us)) continue;
     state.rootChild.inCheck = kingAttacked(state.rootChild, them);
     ++moveNumber;
-    if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
+    if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode && state.helperIndex == 0) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
     const int moveClassBits = moveClass(position, state.rootChild, move);
 
     if (position.inCheck) ++noReduce;
@@ -137,7 +137,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4) printIterationLine(state, position, halfDepth, state.selDepth, value, line);
+      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4 && state.helperIndex == 0) printIterationLine(state, position, halfDepth, state.selDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;

@@ -24,7 +24,8 @@ struct RootMoveList;
 int searchRoot(SearchState& state, Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes);
 
-// Counts an entry of a search and, every 256 entries once the first iteration
-// is done, serves the input and tests the limits. True if the search must end.
-bool searchPollSaysStop();
+// Counts an entry of the main search and, every 256 entries once the first
+// iteration is done, serves the input and tests the limits. True if the
+// search must end. A helper thread's search only reads the stop flag.
+bool searchPollSaysStop(const SearchState& state);
 

@@ -8,6 +8,7 @@
 
 #include "base/types.h"
 #include "eval/evaluate.h"
+#include "moves/generate.h"
 #include "moves/picker.h"
 #include "search/conventions.h"
 
@@ -17,6 +18,12 @@ struct RootMove {
   Move move;
   int32_t score;   // ordering score of the first pass
   uint64_t nodes;  // nodes spent on the move in the last pass that finished it
+};
+
+// The moves a search may choose among at the root.
+struct RootMoveList {
+  Move moves[maxGeneratedMoves];
+  int count = 0;
 };
 
 // One line of an iteration, as MultiPV sorts and shows them.
@@ -47,6 +54,10 @@ struct SearchState {
   int32_t selDepth = 0;  // the deepest ply a search function entered in this iteration
   int32_t firstSearchPending = 1;  // the next search clears history, reductions and hash
   EvalCaches* caches = &evalCaches;
+  // 0 for the main search, which serves the input, watches the limits and
+  // prints; a helper thread's search only looks at the stop flag and says
+  // nothing.
+  int32_t helperIndex = 0;
 };
 
 // Notes that the search has entered a node at ply (for seldepth).

@@ -16,12 +16,14 @@
 #include "eval/evaluate.h"
 #include "moves/generate.h"
 #include "moves/picker.h"
+#include "search/aspiration.h"
 #include "search/hash_table.h"
 #include "search/limits.h"
 #include "search/playable_line.h"
 #include "search/reductions.h"
 #include "search/search.h"
 #include "search/search_trace.h"
+#include "search/threads.h"
 
 SearchState mainSearch;
 
@@ -41,37 +43,12 @@ bool removeFromList(RootMoveList& list, Move move) {
   return kept != 0;
 }
 
-// Re-searches a failed aspiration window until the value lies inside it, or
-// falls back to the full window when it fails on the side that was reopened.
-int resolveWindow(SearchState& state, Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
-                  uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
-  const bool failedHigh = value >= window.beta;
-  if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
-  for (;;) {
-    window = widenWindow(window, value);
-    value = searchRoot(state, root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
-    if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
-    bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
-    if (reopenedSideFailed) return searchRoot(state, root, depth, -fullWindow, fullWindow, line, list, firstMoveNodes, otherMoveNodes);
-  }
-}
-
 void copyLine(Move* destination, const Move* source) {
   for (int i = 0; i < lineLength; ++i) destination[i] = source[i];
   destination[lineLength - 1] = 0;
 }
 
 }  // namespace
-
-AspirationWindow widenWindow(AspirationWindow window, int value) {
-  int width = window.beta - window.alpha;
-  if (value >= window.beta) {
-    int widened = static_cast<int>(width * 1.5 + (value - 1));
-    return {value - 1 > -fullWindow ? value - 1 : -fullWindow, widened < fullWindow ? widened : fullWindow};
-  }
-  int widened = static_cast<int>((value + 1) - width * 1.5);
-  return {widened > -fullWindow ? widened : -fullWindow, value + 1 < fullWindow ? value + 1 : fullWindow};
-}
 
 void pvToText(const Move* line, char* text) {
   text[0] = 0;
@@ -106,8 +83,9 @@ void printIterationLine(SearchState& state, const Position& root, int depth, int
   playableLine(root, line, shown);
   scoreToText(score, scoreText);
   pvToText(shown, lineText);
+  const uint64_t nodes = nodesOfAllThreads();
   std::printf("info depth %d seldepth %d score %s nodes %" PRIu64 " nps %" PRIu64 " hashfull %d time %d pv %s\n",
-              depth, selDepth, scoreText, nodeCounter.nodes, static_cast<uint64_t>(nodeCounter.nodes / rateTime),
+              depth, selDepth, scoreText, nodes, static_cast<uint64_t>(nodes / rateTime),
               hashFullPerMille(), static_cast<int>(1000 * elapsed), lineText);
   std::fflush(stdout);
   state.lastShownMove = shown[0];
@@ -206,17 +184,6 @@ void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Mov
   }
 }
 
-// The window of a line's first search: past the fourth iteration of a
-// single-line search, a band around the last score as wide as the last
-// scores have moved (at least 16 either way); else the full window.
-AspirationWindow firstWindow(const SearchState& state, int depth) {
-  if (depth <= 4 || options.multiPv != 1) return {-fullWindow, fullWindow};
-  int s1 = state.scoreByDepth[depth - 1], s2 = state.scoreByDepth[depth - 2], s3 = state.scoreByDepth[depth - 3];
-  int delta = (std::abs(s1 - s2) + std::abs(s2 - s3)) / 2;
-  if (delta < 16) delta = 16;
-  return {s1 - delta > -fullWindow ? s1 - delta : -fullWindow, s1 + delta < fullWindow ? s1 + delta : fullWindow};
-}
-
 // One iteration: each MultiPV line searched with its aspiration window, the
 // best move of a line left out of the next one. Returns the number of lines
 // searched; iterationNodes is the node count after the last of them.
@@ -242,7 +209,7 @@ int searchIteration(SearchState& state, Position& root, int depth, const RootMov
       copyLine(state.rows[lines].line, bestLine);
       if (lines + 1 > deepening.filledRows) deepening.filledRows = lines + 1;
     }
-    iterationNodes = nodeCounter.nodes;
+    iterationNodes = nodesOfAllThreads();
     state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
     ++lines;
     if (searchLimits.stop) break;
@@ -289,7 +256,7 @@ void reportRows(SearchState& state, const Position& root, int depth, int shown, 
 void reportIteration(SearchState& state, const Position& root, int depth, const Deepening& deepening) {
   double elapsed = elapsedSince(searchLimits.startTime);
   if (elapsed < 0.0001) elapsed = 0.0001;
-  const uint64_t nodes = nodeCounter.nodes;
+  const uint64_t nodes = nodesOfAllThreads();
   char lineText[lineLength * 6 + 1];
   Move playable[lineLength];
   playableLine(root, deepening.bestLine, playable);
@@ -343,8 +310,9 @@ void answer(SearchState& state, const Position& root, const Deepening& deepening
   if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
   if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
     printIterationLine(state, root, deepening.finishedDepth, deepening.selDepth, deepening.score, deepening.bestLine);
-  std::printf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
-  logPrintf("info nodes %" PRIu64 "\n", nodeCounter.nodes);
+  const uint64_t nodes = nodesOfAllThreads();
+  std::printf("info nodes %" PRIu64 "\n", nodes);
+  logPrintf("info nodes %" PRIu64 "\n", nodes);
   if (ponderText[0]) {
     std::printf("bestmove %s ponder %s\n", bestText, ponderText);
     logPrintf("bestmove %s ponder %s\n", bestText, ponderText);
@@ -362,6 +330,7 @@ void forgetEarlierGames(SearchState& state) {
   std::memset(state.killer1, 0, sizeof state.killer1);
   std::memset(state.killer2, 0, sizeof state.killer2);
   clearEvaluationCaches(*state.caches);
+  forgetHelpersGames();
   hashClear();
 }
 
@@ -369,6 +338,10 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
   const RootMoveList allowed = prepareSearch(state, root, request);
   TimeControl time = startClock(request);
   state.lastShownMove = 0;
+  // The self-test, the test data and the deterministic option search with
+  // one thread, whatever Threads says: only then is a search repeatable.
+  const bool withHelpers = !searchLimits.batchMode && !options.deterministic && request.bookMove == 0;
+  if (withHelpers) startHelpers(root, allowed, request.maxDepth);
 
   logBoard(root);
   logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
@@ -410,6 +383,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     if (depth >= request.maxDepth) break;
   }
 
+  if (withHelpers) stopHelpers();
   logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
   // The mate a mate search asked for is its answer at once; without it, a
   // mate search answers only when the client stops it.

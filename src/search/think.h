@@ -7,12 +7,6 @@
 #include "moves/generate.h"
 #include "search/search_state.h"
 
-// The moves a search may choose among at the root.
-struct RootMoveList {
-  Move moves[maxGeneratedMoves];
-  int count = 0;
-};
-
 // What the shell asks of one search.
 struct ThinkRequest {
   double goalSeconds = 0.0;
@@ -34,15 +28,6 @@ void forgetEarlierGames(SearchState& state);
 // Searches root to maxDepth iterations or until the clock says stop, and
 // prints bestmove (not in batch mode). Returns the final score.
 int think(SearchState& state, Position& root, const ThinkRequest& request);
-
-struct AspirationWindow {
-  int alpha;
-  int beta;
-};
-
-// The window after a fail: it widens by half its width beyond the bound that
-// failed, and the side that failed is reopened by one point only.
-AspirationWindow widenWindow(AspirationWindow window, int value);
 
 // Writes the moves of line as text, each followed by a blank.
 void pvToText(const Move* line, char* text);

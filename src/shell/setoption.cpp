@@ -14,6 +14,7 @@
 #include "eval/evaluate.h"
 #include "search/hash_table.h"
 #include "search/reductions.h"
+#include "search/threads.h"
 
 namespace {
 
@@ -103,6 +104,13 @@ void setoptionCommand(char** tokens, int count) {
   const char* name = text.optionName + 1;
   const char* value = text.optionValue + 1;
 
+  if (std::strcmp(name, "threads") == 0) {
+    // Held to 1..256 like the other spins; the helpers start now and wait
+    // for the searches, with tables of their own that start empty.
+    options.threads = std::clamp(toInteger(value), 1, maxThreads);
+    setThreadCount(options.threads);
+    return;
+  }
   if (const EngineOption* row = findOption(spinOptions, name)) {
     // A value outside the announced range is held to the nearer end, so that
     // no setting can make a draw outweigh a mate or a margin overflow; the

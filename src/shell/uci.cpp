@@ -107,6 +107,10 @@ bool uciPoll() {
       // A new table would pull the entries from under a running search.
       if (namesOption(tokens, count, "hash") && refusedDuringSearch("setoption name Hash")) break;
       if (namesOption(tokens, count, "clear hash") && refusedDuringSearch("setoption name Clear Hash")) break;
+      if (namesOption(tokens, count, "threads") && refusedDuringSearch("setoption name Threads")) break;
+      // Helper threads read the options and the tables they build while they
+      // search: with helpers, no setting changes under a running search.
+      if (options.threads > 1 && refusedDuringSearch("setoption")) break;
       setoptionCommand(tokens, count);
       break;
     case hashPosition:

@@ -15,8 +15,8 @@ TEST(HashTable, MateScoresCountFromTheNodeThatStoresOrReadsThem) {
   };
   for (const Case& c : cases) {
     hashStore(12345, 8, scoreToStore(c.score, c.storePly), boundExact, 0);
-    const HashEntry* entry = hashProbe(12345);
-    ASSERT_NE(entry, nullptr);
+    const HashHit entry = hashProbe(12345);
+    ASSERT_TRUE(entry);
     EXPECT_EQ(scoreFromStore(entry->score, c.probePly), c.read) << c.score << " stored at ply " << c.storePly;
   }
   // A table beyond any address space (about 2^51 bytes) leaves the table
@@ -24,12 +24,12 @@ TEST(HashTable, MateScoresCountFromTheNodeThatStoresOrReadsThem) {
   HashBucket* inUse = hashTable.buckets;
   hashAllocate(2147483647);
   EXPECT_EQ(hashTable.buckets, inUse);
-  EXPECT_NE(hashProbe(12345), nullptr);
+  EXPECT_TRUE(hashProbe(12345));
   hashAllocate(0);
   ASSERT_EQ(hashTable.buckets, nullptr);
   hashStore(12345, 10, 0, boundExact, 1);
   hashClear();
-  EXPECT_EQ(hashProbe(12345), nullptr);
+  EXPECT_FALSE(hashProbe(12345));
 }
 
 // Four entries share a bucket. A store takes an empty slot, else its own
@@ -40,11 +40,11 @@ TEST(HashTable, AStoreReplacesTheOldestEntryElseTheShallowest) {
   auto store = [](uint64_t n, int16_t depth) { hashStore(n << 32 | 5, depth, 0, boundExact, 1); };
   auto slotOf = [](uint64_t n) {
     for (int i = 0; i < 4; ++i)
-      if (hashTable.buckets[5].entries[i].key == (n << 32 | 5)) return i;
+      if (readSlot(hashTable.buckets[5].slots[i]).key == (n << 32 | 5)) return i;
     return -1;
   };
   store(1, 6), store(2, 8), store(3, 40);
-  EXPECT_EQ(hashTable.buckets[5].entries[3].key, 0u) << "a new table is empty";
+  EXPECT_EQ(readSlot(hashTable.buckets[5].slots[3]).key, 0u) << "a new table is empty";
   store(4, 10);
   EXPECT_EQ(slotOf(1) * 1000 + slotOf(2) * 100 + slotOf(3) * 10 + slotOf(4), 123) << "a fresh table fills in order";
   hashAdvanceAge();
@@ -54,6 +54,36 @@ TEST(HashTable, AStoreReplacesTheOldestEntryElseTheShallowest) {
   EXPECT_EQ(slotOf(6), 3) << "then the shallowest";
   store(7, 9);
   EXPECT_EQ(slotOf(7), 0) << "of equal depths the lowest slot";
+  hashRelease();
+}
+
+// Threads write the table without locks: a slot whose two words come from
+// different stores (one thread's data under another's check) must read as
+// no position at all, so that no search takes its move or score.
+TEST(HashTable, ASlotWrittenHalfByOneStoreAndHalfByAnotherIsAMiss) {
+  hashAllocate(1);
+  const uint64_t first = uint64_t{7} << 32 | 9, second = uint64_t{8} << 32 | 9;
+  hashStore(first, 12, 150, boundLower, 0x1234);
+  HashSlot& slot = hashTable.buckets[9].slots[0];
+  const HashSlot firstWords = slot;
+  hashClear();
+  hashStore(second, 20, -40, boundUpper, 0x4321);
+  ASSERT_EQ(readSlot(slot).key, second);
+  const HashSlot secondWords = slot;
+  struct Case { uint64_t check, data; };
+  const Case torn[] = {{firstWords.check, secondWords.data}, {secondWords.check, firstWords.data}};
+  for (const Case& c : torn) {
+    slot.check = c.check;
+    slot.data = c.data;
+    EXPECT_FALSE(hashProbe(first));
+    EXPECT_FALSE(hashProbe(second));
+  }
+  slot = firstWords;
+  const HashHit whole = hashProbe(first);
+  ASSERT_TRUE(whole);
+  EXPECT_EQ(whole->move, 0x1234);
+  EXPECT_EQ(whole->depth * 1000 + whole->score, 12 * 1000 + 150);
+  EXPECT_EQ(whole->bound, boundLower);
   hashRelease();
 }
 

@@ -30,6 +30,7 @@ TEST(CarelessClient, SpinValuesBeyondTheirRangesAreHeldToTheNearerEnd) {
                              "setoption name Red depth threshold value 2147483648\n"
                              "setoption name move overhead milliseconds value -2147483648\n"
                              "setoption name hash value -5\n"
+                             "setoption name Threads value -2147483648\n"
                              "uci\n"
                              "position fen 8/8/8/4k3/8/8/8/4K3 w - - 0 1\n"
                              "go depth 6\n"
@@ -48,6 +49,7 @@ TEST(CarelessClient, SpinValuesBeyondTheirRangesAreHeldToTheNearerEnd) {
                        "option name King Safety Aggressiveness type spin default 0 min 0 max 10",
                        "option name move overhead milliseconds type spin default 0 min 0 max 30000",
                        "option name Drawscore type spin default 50 min -50 max 50",
+                       "option name Threads type spin default 1 min 1 max 256",
                    }));
   std::vector<std::string> answers = linesStartingWith(run.standardOutput, "bestmove");
   ASSERT_EQ(answers.size(), 2u);

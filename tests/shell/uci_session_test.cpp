@@ -113,18 +113,19 @@ TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndH
               "setoption name drawscore value 7\nsetoption name MULTIPV value 0\nsetoption name ownbook value FALSE\n"
               "setoption name book file value My Books/Big Opening File.BIN\n"
               "setoption name Move Overhead Milliseconds value 150\nsetoption name No Such Option value 1\n"
+              "setoption name THREADS value 2\n"
               "uci\nsetoption name multipv value 250\nuci");
   engine.waitFor("uciok", 5.0);
   engine.waitFor("uciok", 5.0);
   const std::vector<std::string> options = linesStartingWith(engine.transcript, "option name");
-  ASSERT_EQ(options.size(), 30u) << engine.transcript;
+  ASSERT_EQ(options.size(), 32u) << engine.transcript;
   for (const char* changed : {"OwnBook type check default false", "MultiPV type spin default 1 min 1 max 99",
                               "Book File type string default My Books/Big Opening File.BIN",
                               "use lmr type check default false", "null move pruning type check default true",
                               "move overhead milliseconds type spin default 150 min 0 max 30000",
-                              "Drawscore type spin default 7 min -50 max 50"})
-    EXPECT_EQ(std::count(options.begin(), options.begin() + 15, std::string("option name ") + changed), 1) << changed;
-  EXPECT_EQ(options[19], "option name MultiPV type spin default 99 min 1 max 99");
+                              "Drawscore type spin default 7 min -50 max 50", "Threads type spin default 2 min 1 max 256"})
+    EXPECT_EQ(std::count(options.begin(), options.begin() + 16, std::string("option name ") + changed), 1) << changed;
+  EXPECT_EQ(options[20], "option name MultiPV type spin default 99 min 1 max 99");
 
   engine.send("setoption name Hash value 0");
   EXPECT_TRUE(isLegalMove(startPositionFen, search(engine, "go depth 5")));
