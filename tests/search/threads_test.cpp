@@ -48,6 +48,13 @@ TEST(Threads, OneThreadAndTheDeterministicOptionSearchAsTheSingleThreadedEngine)
             alone);
   EXPECT_EQ(searchToDepthNine({"setoption name Threads value 2", "setoption name deterministic value true"}), alone);
 
+  // Without the deterministic option the helper searches too: its nodes are
+  // counted, and what it stores changes the main search's tree, so the count
+  // can't come out as the lone thread's.
+  const std::string together = searchToDepthNine({"setoption name Threads value 2"});
+  ASSERT_NE(together.find(" pv "), std::string::npos);
+  EXPECT_NE(together.substr(0, together.find(' ')), alone.substr(0, alone.find(' ')));
+
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("uci");
   EXPECT_NE(engine.waitFor("uciok", 10.0), "");
