@@ -57,6 +57,37 @@ TEST(HashTable, AStoreReplacesTheOldestEntryElseTheShallowest) {
   hashRelease();
 }
 
+// hashfull: the entries of the current search among the table's first 1000
+// (the first 250 buckets), per mille; older searches' entries are free room.
+TEST(HashTable, HashfullCountsThisSearchsEntriesAmongTheFirstThousand) {
+  auto fill = [](uint64_t firstBucket, uint64_t endBucket, int slots) {
+    for (uint64_t b = firstBucket; b < endBucket; ++b)
+      for (uint64_t n = 1; n <= static_cast<uint64_t>(slots); ++n) hashStore(n << 32 | b, 5, 0, boundExact, 1);
+  };
+  struct Case { const char* what; uint64_t oldFrom, oldEnd, newFrom, newEnd; int slots, perMille; };
+  const Case cases[] = {
+      {"an empty table", 0, 0, 0, 0, 4, 0},
+      {"25 full buckets", 0, 0, 0, 25, 4, 100},
+      {"the whole sample", 0, 0, 0, 250, 4, 1000},
+      {"one slot in each sampled bucket", 0, 0, 0, 250, 1, 250},
+      {"the last sampled bucket", 0, 0, 249, 250, 3, 3},
+      {"only beyond the sample", 0, 0, 250, 600, 4, 0},
+      {"an older search's 100 buckets", 0, 100, 0, 0, 4, 0},
+      {"older entries under this search's", 0, 100, 100, 150, 4, 200},
+  };
+  hashAllocate(1);
+  ASSERT_GT(hashTable.bucketCount, 600u);
+  for (const Case& c : cases) {
+    hashClear();
+    fill(c.oldFrom, c.oldEnd, c.slots);
+    hashAdvanceAge();
+    fill(c.newFrom, c.newEnd, c.slots);
+    EXPECT_EQ(hashFullPerMille(), c.perMille) << c.what;
+  }
+  hashRelease();
+  EXPECT_EQ(hashFullPerMille(), 0) << "no table";
+}
+
 // Threads write the table without locks: a slot whose two words come from
 // different stores (one thread's data under another's check) must read as
 // no position at all, so that no search takes its move or score.
