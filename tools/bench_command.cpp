@@ -43,12 +43,12 @@ long long numberAfter(const std::string& line, const char* word) {
 }  // namespace
 
 int benchCommand(int argc, char** argv) {
-  EngineSpec spec;
-  spec.name = "bench";
-  spec.command = engineBesideTool();
+  EngineSetup setup;
+  setup.name = "bench";
+  setup.command = engineBesideTool();
   for (int i = 0; i + 1 < argc; ++i) {
     if (std::strcmp(argv[i], "--engine") != 0) continue;
-    spec.command = argv[i + 1];
+    setup.command = argv[i + 1];
     for (int j = i; j + 2 < argc; ++j) argv[j] = argv[j + 2];
     argc -= 2;
   }
@@ -66,18 +66,18 @@ int benchCommand(int argc, char** argv) {
   }
   // Every search from cleared hash and history, as the self-test searches.
   if (threads == 0)
-    spec.options.emplace_back("deterministic", "true");
+    setup.options.emplace_back("deterministic", "true");
   else
-    spec.options.emplace_back("Threads", std::to_string(threads));
+    setup.options.emplace_back("Threads", std::to_string(threads));
 
   EngineProcess engine;
   std::string line;
   const auto later = [] { return secondsAfter(MatchClock::now(), 3600.0); };
-  bool ready = engine.start(spec) && engine.send("uci");
+  bool ready = engine.start(setup) && engine.send("uci");
   while (ready && engine.readLine(line, later()) == EngineRead::Line && line != "uciok") {}
-  for (const auto& [name, value] : spec.options) ready = ready && engine.send("setoption name " + name + " value " + value);
+  for (const auto& [name, value] : setup.options) ready = ready && engine.send("setoption name " + name + " value " + value);
   if (!ready || line != "uciok") {
-    std::fprintf(stderr, "bench: %s doesn't answer uci\n", spec.command.c_str());
+    std::fprintf(stderr, "bench: %s doesn't answer uci\n", setup.command.c_str());
     return 1;
   }
 

@@ -58,25 +58,25 @@ std::vector<std::pair<std::string, std::string>> blockOf(int argc, char** argv, 
   return pairs;
 }
 
-bool readEngine(const std::vector<std::pair<std::string, std::string>>& pairs, EngineSpec& spec,
+bool readEngine(const std::vector<std::pair<std::string, std::string>>& pairs, EngineSetup& setup,
                 std::string& error) {
   for (const auto& [key, value] : pairs) {
     if (key == "name") {
-      spec.name = value;
+      setup.name = value;
     } else if (key == "cmd") {
-      spec.command = value;
+      setup.command = value;
     } else if (key == "args") {
       std::istringstream words(value);
-      for (std::string word; words >> word;) spec.arguments.push_back(word);
+      for (std::string word; words >> word;) setup.arguments.push_back(word);
     } else if (key.rfind("option.", 0) == 0 && key.size() > 7) {
-      spec.options.emplace_back(key.substr(7), value);
+      setup.options.emplace_back(key.substr(7), value);
     } else {
       error = "unknown engine setting '" + key + "'";
       return false;
     }
   }
-  if (spec.command.empty()) error = "an engine needs cmd=PATH";
-  if (spec.name.empty()) spec.name = spec.command.substr(spec.command.rfind('/') + 1);
+  if (setup.command.empty()) error = "an engine needs cmd=PATH";
+  if (setup.name.empty()) setup.name = setup.command.substr(setup.command.rfind('/') + 1);
   return error.empty();
 }
 

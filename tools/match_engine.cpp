@@ -6,11 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-bool EngineProcess::start(const EngineSpec& spec) {
+bool EngineProcess::start(const EngineSetup& setup) {
   // A write to an engine that has died must fail, not end the referee.
   std::signal(SIGPIPE, SIG_IGN);
-  std::vector<char*> argv{const_cast<char*>(spec.command.c_str())};
-  for (const std::string& argument : spec.arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  std::vector<char*> argv{const_cast<char*>(setup.command.c_str())};
+  for (const std::string& argument : setup.arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   // Close-on-exec keeps the other engine and the other games' pipes out of
   // this engine, so an end of file means what it says.

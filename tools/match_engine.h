@@ -15,7 +15,7 @@ inline MatchClock::time_point secondsAfter(MatchClock::time_point start, double 
   return start + std::chrono::duration_cast<MatchClock::duration>(std::chrono::duration<double>(seconds));
 }
 
-struct EngineSpec {
+struct EngineSetup {
   std::string name;
   std::string command;
   std::vector<std::string> arguments;
@@ -33,7 +33,7 @@ class EngineProcess {
 
   // Starts the program with its standard error thrown away. A program that
   // can't be run shows up as a closed output at the first read.
-  bool start(const EngineSpec& spec);
+  bool start(const EngineSetup& setup);
   // False once the engine no longer reads its input.
   bool send(const std::string& line);
   // The next line without its line ending, waiting until deadline at most.

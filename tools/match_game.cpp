@@ -27,10 +27,10 @@ bool waitForWord(EngineProcess& engine, const std::string& word) {
   return false;
 }
 
-bool handshake(EngineProcess& engine, const EngineSpec& spec, bool chess960) {
-  if (!engine.start(spec) || !engine.send("uci") || !waitForWord(engine, "uciok")) return false;
+bool handshake(EngineProcess& engine, const EngineSetup& setup, bool chess960) {
+  if (!engine.start(setup) || !engine.send("uci") || !waitForWord(engine, "uciok")) return false;
   if (chess960) engine.send("setoption name UCI_Chess960 value true");
-  for (const auto& [name, value] : spec.options) engine.send("setoption name " + name + " value " + value);
+  for (const auto& [name, value] : setup.options) engine.send("setoption name " + name + " value " + value);
   return engine.send("ucinewgame") && engine.send("isready") && waitForWord(engine, "readyok");
 }
 

@@ -9,7 +9,7 @@
 #include "match_engine.h"
 
 struct MatchSettings {
-  EngineSpec engines[2];
+  EngineSetup engines[2];
   std::string timeControl;  // as given, for the score sheet
   double baseSeconds = 0;
   double incrementSeconds = 0;
