@@ -47,6 +47,16 @@ bool takeFlag(int& argc, char** argv, const char* flag) {
   return false;
 }
 
+const char* takeFlagValue(int& argc, char** argv, const char* flag) {
+  for (int i = 0; i + 1 < argc; ++i) {
+    if (std::strcmp(argv[i], flag) != 0) continue;
+    const char* value = argv[i + 1];
+    removeArguments(argc, argv, i, 2);
+    return value;
+  }
+  return nullptr;
+}
+
 void prepareBatchSearch(uint64_t seed) {
   // Every key-derived value is made later, from parseFen on; the evaluation
   // caches are keyed by hashKey and pawnKey, so they start after the keys.

@@ -46,19 +46,9 @@ int benchCommand(int argc, char** argv) {
   EngineSetup setup;
   setup.name = "bench";
   setup.command = engineBesideTool();
-  for (int i = 0; i + 1 < argc; ++i) {
-    if (std::strcmp(argv[i], "--engine") != 0) continue;
-    setup.command = argv[i + 1];
-    for (int j = i; j + 2 < argc; ++j) argv[j] = argv[j + 2];
-    argc -= 2;
-  }
-  int threads = 0;
-  for (int i = 0; i + 1 < argc; ++i) {
-    if (std::strcmp(argv[i], "--threads") != 0) continue;
-    threads = std::atoi(argv[i + 1]);
-    for (int j = i; j + 2 < argc; ++j) argv[j] = argv[j + 2];
-    argc -= 2;
-  }
+  if (const char* command = takeFlagValue(argc, argv, "--engine")) setup.command = command;
+  const char* threadsText = takeFlagValue(argc, argv, "--threads");
+  const int threads = threadsText != nullptr ? std::atoi(threadsText) : 0;
   int depth = testSearchDepth;
   if (argc > 1 || (argc == 1 && (depth = std::atoi(argv[0])) < 1) || threads < 0) {
     std::fprintf(stderr, "usage: tarvok-tool bench [DEPTH] [--engine PATH] [--threads N]\n");

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "base/types.h"
 #include "eval/evaluate.h"
@@ -59,6 +60,15 @@ struct SearchState {
   // nothing.
   int32_t helperIndex = 0;
 };
+
+// Forgets what a search learnt in earlier games: its history, killers and
+// evaluation caches.
+inline void forgetGameMemory(SearchState& state) {
+  state.history = MoveHistory{};
+  std::memset(state.killer1, 0, sizeof state.killer1);
+  std::memset(state.killer2, 0, sizeof state.killer2);
+  clearEvaluationCaches(*state.caches);
+}
 
 // Notes that the search has entered a node at ply (for seldepth).
 inline void reachPly(SearchState& state, int ply) {

@@ -326,10 +326,7 @@ void answer(SearchState& state, const Position& root, const Deepening& deepening
 }  // namespace
 
 void forgetEarlierGames(SearchState& state) {
-  state.history = MoveHistory{};
-  std::memset(state.killer1, 0, sizeof state.killer1);
-  std::memset(state.killer2, 0, sizeof state.killer2);
-  clearEvaluationCaches(*state.caches);
+  forgetGameMemory(state);
   forgetHelpersGames();
   hashClear();
 }

@@ -12,13 +12,6 @@ SearchThreads searchThreads;
 
 namespace {
 
-void clearHelperTables(HelperThread& helper) {
-  helper.state.history = MoveHistory{};
-  std::memset(helper.state.killer1, 0, sizeof helper.state.killer1);
-  std::memset(helper.state.killer2, 0, sizeof helper.state.killer2);
-  clearEvaluationCaches(helper.caches);
-}
-
 // One helper's search of the root: iterative deepening with aspiration
 // windows, one line, until the stop flag or the last depth. What it finds
 // reaches the main search through the hash table only.
@@ -92,7 +85,7 @@ void setThreadCount(int count) {
     helper->state.caches = &helper->caches;
     helper->state.helperIndex = i;
     adviseHugePages(&helper->caches, sizeof helper->caches);
-    clearHelperTables(*helper);
+    forgetGameMemory(helper->state);
     searchThreads.helpers.push_back(std::move(helper));
   }
   for (auto& helper : searchThreads.helpers) helper->thread = std::thread(helperMain, std::ref(*helper));
@@ -128,7 +121,7 @@ void stopHelpers() {
 }
 
 void forgetHelpersGames() {
-  for (auto& helper : searchThreads.helpers) clearHelperTables(*helper);
+  for (auto& helper : searchThreads.helpers) forgetGameMemory(helper->state);
 }
 
 uint64_t nodesOfAllThreads() {

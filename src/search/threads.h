@@ -18,8 +18,6 @@
 #include "eval/evaluate.h"
 #include "search/search_state.h"
 
-constexpr int maxThreads = 256;
-
 struct HelperThread {
   SearchState state;
   EvalCaches caches;

@@ -104,18 +104,17 @@ void setoptionCommand(char** tokens, int count) {
   const char* name = text.optionName + 1;
   const char* value = text.optionValue + 1;
 
-  if (std::strcmp(name, "threads") == 0) {
-    // Held to 1..256 like the other spins; the helpers start now and wait
-    // for the searches, with tables of their own that start empty.
-    options.threads = std::clamp(toInteger(value), 1, maxThreads);
-    setThreadCount(options.threads);
-    return;
-  }
   if (const EngineOption* row = findOption(spinOptions, name)) {
     // A value outside the announced range is held to the nearer end, so that
     // no setting can make a draw outweigh a mate or a margin overflow; the
     // uci answer shows the value in force.
     options.*row->value = std::clamp(toInteger(value), row->minimum, row->maximum);
+    if (row->value == &EngineOptions::threads) {
+      // Who searches, not what a search knows: the helpers start now and wait
+      // for the searches, with tables of their own that start empty.
+      setThreadCount(options.threads);
+      return;
+    }
     rebuildEvaluation();
     buildReductionTables();
     return;
