@@ -1,10 +1,14 @@
 // A word that one thread writes while others may read it: the helper threads
-// of a search look at the stop flag the main thread sets, and the main thread
-// adds up the node counts the helpers keep. Each access reads or writes the
-// whole word and orders nothing else, which on the machines we build for is
-// a plain load or store; the threads meet where order matters through the
-// mutex of the thread pool.
+// of a search look at the stop flag the shell or the main search sets, and
+// the main search adds up the node counts the helpers keep. Each access reads
+// or writes the whole word and orders nothing else, which on the machines we
+// build for is a plain load or store; the threads meet where order matters
+// through the mutexes of the thread pool and the search signals.
 #pragma once
+
+// Such a word sits alone on its cache line (alignas), so that the writes of
+// one thread never evict a line another thread reads at every node.
+constexpr int cacheLineBytes = 64;
 
 template <typename T>
 struct SharedWord {

@@ -8,8 +8,6 @@
 #include "board/piece_square.h"
 #include "board/queries.h"
 
-thread_local NodeCounter nodeCounter;
-
 namespace {
 
 void addScore(Position& p, int index) { p.pstScore = scorePairAdd(p.pstScore, pieceSquare[index]); }
@@ -29,7 +27,6 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   d.lastMove = move;
   d.movedPiece = 0;
   d.capturedPiece = 0;
-  if (!nodeCounter.frozen) nodeCounter.nodes = nodeCounter.nodes + 1;
 
   const int c = sideToMove(source);
   const int e = c ^ 1;

@@ -70,14 +70,16 @@ int moveThreat(const Position& position) {
   return 0;
 }
 
-int countEvasions(const Position& position, const MoveHistory& history) {
+int countEvasions(const Position& position, const MoveHistory& history, int& made) {
   MovePicker picker;
   initPicker(picker, position, history, 4, 0, 0, 0);
   int mover = sideToMove(position);
   int count = 0;
+  made = 0;
   Position child;
   while (Move move = nextMove(picker)) {
     makeMove(position, child, move);
+    ++made;
     // Three replies are as good as many for the single-reply question.
     if (!kingAttacked(child, mover) && ++count == 3) break;
   }

@@ -27,11 +27,11 @@ AspirationWindow firstWindow(const SearchState& state, int depth) {
 int resolveWindow(SearchState& state, Position& root, int depth, AspirationWindow window, int value, Move* line, const RootMoveList& list,
                   uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
   const bool failedHigh = value >= window.beta;
-  if (searchLimits.stop || (!failedHigh && value > window.alpha)) return value;
+  if (searchSignals.stop || (!failedHigh && value > window.alpha)) return value;
   for (;;) {
     window = widenWindow(window, value);
     value = searchRoot(state, root, depth, window.alpha, window.beta, line, list, firstMoveNodes, otherMoveNodes);
-    if (searchLimits.stop || (value > window.alpha && value < window.beta)) return value;
+    if (searchSignals.stop || (value > window.alpha && value < window.beta)) return value;
     bool reopenedSideFailed = failedHigh ? value <= window.alpha : value >= window.beta;
     if (reopenedSideFailed) return searchRoot(state, root, depth, -fullWindow, fullWindow, line, list, firstMoveNodes, otherMoveNodes);
   }

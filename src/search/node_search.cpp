@@ -73,7 +73,7 @@ bool opponentPawnOnSeventh(const Position& position, int them) {
 
 int searchNode(SearchState& state, Position& position, int beta, int depth, int ply, Move* line, Move excludedMove, int noNull) {
   // Entry: the stop, the input poll and the killers this node starts with.
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::nodeEntries);
   reachPly(state, ply);
@@ -171,8 +171,9 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         if (pieces) {
           traceCount(&SearchTrace::nullMoveSearches);
           makeMove(position, child, 0);
+          countNodes(state);
           int value = -searchNode(state, child, 1 - beta, depth - 2 * reduction - 2, ply + 1, scratch, 0, 1);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
           if (std::abs(value) <= mateThreshold && value >= beta) return traceCount(&SearchTrace::nullMoveCutoffs), beta;
         }
       }
@@ -190,7 +191,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
       if (eval < target && razorAllowed) {
         traceCount(&SearchTrace::razorDeepSearches);
         int value = searchQuiet(state, position, target - 1, target, 0, ply, scratch);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
         if (value < target) return traceCount(&SearchTrace::razorDeepCutoffs), value;
       }
     }
@@ -203,7 +204,11 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
   bool singleReply = false;
   if (inCheck) {
     initPicker(picker, position, state.history, 4, hashMove, 0, 0);
-    singleReply = halfDepth > 6 && countEvasions(position, state.history) == 1;
+    if (halfDepth > 6) {
+      int made;
+      singleReply = countEvasions(position, state.history, made) == 1;
+      countNodes(state, made);
+    }
     traceCount(&SearchTrace::singleReplyNodes, singleReply);
   } else if (halfDepth <= 5 && beta > eval + futilityMargin[depth]) {
     // Only captures and checks can lift this node; eval stands as the score to beat.
@@ -242,7 +247,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
     // Making the move.
-    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
+    if (!makeLegalChild(state, position, child, move, us)) continue;
     ++moveCount;
 
     int value;
@@ -250,7 +255,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
     if (repetitionDraw(child)) {
       value = drawValue(ply);
       traceCount(&SearchTrace::nodeRepetitions);
-      if (searchLimits.stop) return 0;
+      if (searchSignals.stop) return 0;
     } else {
       // The move's class, and the quiet moves tried for the history.
       moveClassBits = moveClass(position, child, move);
@@ -271,7 +276,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         int target = hashScore - 20;
         traceCount(&SearchTrace::nodeSingularTests);
         int singular = searchNode(state, position, target, halfDepth, ply, scratch, move, 0);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
         if (singular < target) extension = 2, traceCount(&SearchTrace::nodeSingularExtensions);
       }
       // New depth.
@@ -313,7 +318,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
           if (reduced == 2 || reduced == 3) reduced = 0;
           traceCount(&SearchTrace::nodeReductions);
           value = -searchNode(state, child, 1 - beta, reduced, ply + 1, scratch, 0, 0);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
           searched = value < beta;
           traceCount(&SearchTrace::nodeReductionResearches, !searched);
         }
@@ -321,7 +326,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
         if (!searched) {
           traceCount(&SearchTrace::nodeFullSearches);
           value = -searchNode(state, child, 1 - beta, newDepth - 2, ply + 1, scratch, 0, 0);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
         }
       }
     }
@@ -343,7 +348,7 @@ int searchNode(SearchState& state, Position& position, int beta, int depth, int 
 
   // The end of the node: mate or stalemate, and the hash store.
   if (!cutOff) {
-    if (searchLimits.stop) return 0;
+    if (searchSignals.stop) return 0;
     if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
     traceCount(&SearchTrace::nodeFailLows);
   }

@@ -62,10 +62,6 @@ bool endsInDraw(const Position& child) {
 }  // namespace
 
 int playableLine(const Position& root, const Move* line, Move* playable) {
-  // makeMove counts every record it makes; a report must not move the
-  // search's node count, or the node limit and the printed totals would
-  // depend on how often the search was reported.
-  const uint64_t nodesBefore = nodeCounter.nodes;
   Position records[lineLength];
   const Position* current = &root;
   int length = 0;
@@ -77,6 +73,5 @@ int playableLine(const Position& root, const Move* line, Move* playable) {
     current = &child;
   }
   playable[length] = 0;
-  nodeCounter.nodes = nodesBefore;
   return length;
 }

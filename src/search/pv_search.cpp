@@ -16,7 +16,7 @@
 #include "search/search_trace.h"
 
 int searchPv(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::pvEntries);
   reachPly(state, ply);
@@ -63,13 +63,18 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
   if (hashMove == 0 && depth > 9) {
     traceCount(&SearchTrace::pvIidSearches);
     hashScore = searchPv(state, position, alpha, beta, depth - 4, ply, scratch);
-    if (searchLimits.stop) return 0;
+    if (searchSignals.stop) return 0;
     hashMove = scratch[0];
   }
 
   const int halfDepth = depth >> 1;
   const int singularReference = hashScore - depth / 2;
-  const bool singleReply = inCheck && halfDepth > 2 && countEvasions(position, state.history) == 1;
+  bool singleReply = false;
+  if (inCheck && halfDepth > 2) {
+    int made;
+    singleReply = countEvasions(position, state.history, made) == 1;
+    countNodes(state, made);
+  }
   traceCount(&SearchTrace::pvSingleReplyNodes, singleReply);
   const Bitboard passers = passerSquares(position);
   const int alphaOnEntry = alpha;
@@ -97,13 +102,13 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     if (kind >= 5 && !(knightAttacks[to] & enemyKing)) { traceCount(&SearchTrace::underPromotionSkips); continue; }
     if (moveCount > 0 && !inCheck && halfDepth <= 2 && kind == 0 && exchangeLoses(position, move)) { traceCount(&SearchTrace::nodeExchangePrunes); continue; }
 
-    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
+    if (!makeLegalChild(state, position, child, move, us)) continue;
     ++moveCount;
 
     int value;
     if (repetitionDraw(child)) {
       value = drawValue(ply);
-      if (searchLimits.stop) return 0;
+      if (searchSignals.stop) return 0;
     } else {
       moveClassBits = moveClass(position, child, move);
       if (isQuietNonEvasion(moveClassBits)) triedQuiets[triedCount++] = {static_cast<uint8_t>(child.movedPiece), static_cast<uint8_t>(to)};
@@ -140,7 +145,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
         if (extension <= 3 && move == hashMove && depth > 15) {
           traceCount(&SearchTrace::pvSingularTests);
           int singular = searchNode(state, position, singularReference, depth - 10, ply, scratch, move, 1);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
           if (singular < singularReference) extension += 2, traceCount(&SearchTrace::pvSingularExtensions);
         }
       }
@@ -156,7 +161,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
       int reduction = pvReduction(newDepth, moveCount);
       if (moveCount == 1) {
         value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
       } else {
         // A piece that steps out of a losing exchange is never reduced.
         bool rescue = depth >= 6 && depth <= 15 && isPlainQuiet(moveClassBits) && child.movedPiece != King &&
@@ -169,16 +174,16 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
           if (reduced == 2 || reduced == 3) reduced = 0;
           traceCount(&SearchTrace::pvReductions);
           value = -searchNode(state, child, -alpha, reduced, ply + 1, scratch, 0, 0);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
           if (value <= alpha) { traceCount(&SearchTrace::pvReductionFailLows); continue; }
         }
         traceCount(&SearchTrace::pvZeroWindowSearches);
         value = -searchNode(state, child, -alpha, newDepth - 2, ply + 1, scratch, 0, 0);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
         if (value > alpha) {
           traceCount(&SearchTrace::pvResearches);
           value = -searchPv(state, child, -beta, -alpha, newDepth - 2, ply + 1, scratch);
-          if (searchLimits.stop) return 0;
+          if (searchSignals.stop) return 0;
         }
       }
     }
@@ -198,7 +203,7 @@ int searchPv(SearchState& state, Position& position, int alpha, int beta, int de
     }
   }
 
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   if (moveCount == 0) bestScore = inCheck ? ply - mateScore : 0;
   // A PV node teaches the history without a cut-off.
   if (bestIndex != -1) creditHistory(state.history, triedQuiets, triedCount, bestIndex, us, halfDepth);

@@ -13,7 +13,7 @@
 #include "search/search_trace.h"
 
 int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int depth, int ply, Move* line) {
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   if (searchPollSaysStop(state)) return 0;
   traceCount(&SearchTrace::quietEntries);
   reachPly(state, ply);
@@ -87,7 +87,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
       if (depth < -16 && to != moveTo(position.lastMove)) { traceCount(&SearchTrace::quietRecaptureSkips); continue; }
     }
 
-    if (!makeLegalChild(position, child, move, us, *state.caches)) continue;
+    if (!makeLegalChild(state, position, child, move, us)) continue;
     ++moveCount;
 
     int value;
@@ -99,7 +99,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
                           (child.inCheck ? moveClassChecking : 0) | (inCheck ? moveClassEvasion : 0);
       if (dropQuietMoves && isPlainQuiet(moveClassBits)) { traceCount(&SearchTrace::quietDroppedQuiets); continue; }
       value = -searchQuiet(state, child, -beta, -alpha, depth - 2, ply + 1, scratch);
-      if (searchLimits.stop) return 0;
+      if (searchSignals.stop) return 0;
       if (value <= bestScore) continue;
     }
     bestScore = value;
@@ -111,7 +111,7 @@ int searchQuiet(SearchState& state, Position& position, int alpha, int beta, int
     if (value >= beta) break;
   }
 
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   if (moveCount == 0) bestScore = ply - mateScore;
   if (zeroWindow) {
     // Depth -2 serves every level below the first: a probe needs depth <= stored.

@@ -1,19 +1,18 @@
-#include <cinttypes>
-#include <cstdio>
 #include <cstring>
 
 #include "base/options.h"
 #include "base/platform.h"
 #include "base/score_pair.h"
 #include "board/exchange.h"
-#include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
 #include "moves/generate.h"
 #include "search/conventions.h"
 #include "search/hash_table.h"
 #include "search/limits.h"
+#include "search/report.h"
 #include "search/search.h"
+#include "search/search_common.h"
 #include "search/search_trace.h"
 #include "search/think.h"
 
@@ -42,7 +41,6 @@ void buildRootMoves(SearchState& state, const Position& position) {
         state.rootMoves[i] = state.rootMoves[j];
         state.rootMoves[j] = swap;
       }
-  nodeCounter.nodes = 0;
 }
 
 bool isAllowed(Move move, const RootMoveList& allowed) {
@@ -55,7 +53,7 @@ bool isAllowed(Move move, const RootMoveList& allowed) {
 
 int searchRoot(SearchState& state, Position& position, int depth, int alpha, int beta, Move* line, const RootMoveList& allowed,
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes) {
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
   position.pvPly = 0;
   position.horizonExtensions = 0;
   position.extensionRemainder = 0;
@@ -76,18 +74,17 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
   // capture has come up, no later move of the pass is reduced.
   int noReduce = 0;
   Move scratch[lineLength] = {};
-  char text[8];
   for (int i = 0; i < state.rootMoveCount; ++i) {
-    if (searchLimits.stop) return 0;
+    if (searchSignals.stop) return 0;
     const Move move = state.rootMoves[i].move;
     makeMove(position, state.rootChild, move);
-    const uint64_t nodesBefore = nodeCounter.nodes;
-    moveToText(move, text);
+    countNodes(state);
+    const uint64_t nodesBefore = state.nodes;
     if (!isAllowed(move, allowed)) continue;
     if (kingAttacked(state.rootChild, us)) continue;
     state.rootChild.inCheck = kingAttacked(state.rootChild, them);
     ++moveNumber;
-    if (reportMoves && options.multiPv == 1 && !searchLimits.batchMode && state.helperIndex == 0) std::printf("info currmove %s currmovenumber %d\n", text, moveNumber);
+    if (reportMoves && options.multiPv == 1 && state.reporter) state.reporter->currentMove(move, moveNumber);
     const int moveClassBits = moveClass(position, state.rootChild, move);
 
     if (position.inCheck) ++noReduce;
@@ -113,37 +110,37 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
     int value;
     if (moveNumber == 1) {
       value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
-      if (searchLimits.stop) return 0;
+      if (searchSignals.stop) return 0;
     } else {
       if (noReduce == 0 && options.useLmr && moveNumber >= 3 && depth >= 8 && isPlainQuiet(moveClassBits) &&
           state.rootChild.capturedPiece == 0 && bestScore >= prunableScoreFloor) {
         traceCount(&SearchTrace::rootReductions);
         int reduced = -searchNode(state, state.rootChild, -alpha, depth - 4, 1, scratch, 0, 0);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
         if (reduced <= alpha) { traceCount(&SearchTrace::rootReductionFailLows); continue; }
       }
       value = -searchNode(state, state.rootChild, -alpha, childDepth, 1, scratch, 0, 0);
-      if (searchLimits.stop) return 0;
+      if (searchSignals.stop) return 0;
       if (value > alpha) {
         traceCount(&SearchTrace::rootResearches);
         value = -searchPv(state, state.rootChild, -beta, -alpha, childDepth, 1, scratch);
-        if (searchLimits.stop) return 0;
+        if (searchSignals.stop) return 0;
       }
     }
-    state.rootMoves[i].nodes = nodeCounter.nodes - nodesBefore;
-    if (searchLimits.stop) return 0;
+    state.rootMoves[i].nodes = state.nodes - nodesBefore;
+    if (searchSignals.stop) return 0;
 
     if (value > bestScore) {
       line[0] = move;
       for (int k = 0; k < 62; ++k) line[k + 1] = scratch[k];
       line[lineLength - 1] = 0;
-      if (!searchLimits.batchMode && options.multiPv < 2 && halfDepth > 4 && state.helperIndex == 0) printIterationLine(state, position, halfDepth, state.selDepth, value, line);
+      if (options.multiPv < 2 && halfDepth > 4 && state.reporter) reportLine(state, position, halfDepth, state.selDepth, value, line);
       bestScore = value;
       if (value >= beta) break;
       if (value > alpha) alpha = value;
     }
   }
-  if (searchLimits.stop) return 0;
+  if (searchSignals.stop) return 0;
 
   // The best move of each pass goes first, the others keep their order.
   for (int i = 0; i < state.rootMoveCount; ++i) {

@@ -25,7 +25,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
                uint64_t* firstMoveNodes, uint64_t* otherMoveNodes);
 
 // Counts an entry of the main search and, every 256 entries once the first
-// iteration is done, serves the input and tests the limits. True if the
-// search must end. A helper thread's search only reads the stop flag.
-bool searchPollSaysStop(const SearchState& state);
+// iteration is done, tests the limits. True if the search must end. A helper
+// thread's search only reads the stop flag.
+bool searchPollSaysStop(SearchState& state);
 

@@ -8,15 +8,24 @@
 #include "board/queries.h"
 #include "eval/evaluate.h"
 #include "search/hash_table.h"
+#include "search/limits.h"
 #include "search/search_state.h"
 
-// Makes the move into child and tells whether it is legal, that is whether the
-// mover's king is safe afterwards. A legal child learns whether it is in check,
-// which makeMove leaves to its caller.
-inline bool makeLegalChild(const Position& position, Position& child, Move move, int us, const EvalCaches& caches) {
+// A search's node count is the number of positions it makes, legal or not.
+// Once the search is told to stop, the count stops with it: the moves made on
+// the way back search nothing and count for nothing.
+inline void countNodes(SearchState& state, int made = 1) {
+  if (!searchSignals.stop) state.nodes = state.nodes + made;
+}
+
+// Makes the move into child, counts it, and tells whether it is legal, that
+// is whether the mover's king is safe afterwards. A legal child learns
+// whether it is in check, which makeMove leaves to its caller.
+inline bool makeLegalChild(SearchState& state, const Position& position, Position& child, Move move, int us) {
   makeMove(position, child, move);
+  countNodes(state);
   hashPrefetch(child.hashKey);
-  evaluationPrefetch(child, caches);
+  evaluationPrefetch(child, *state.caches);
   if (kingAttacked(child, us)) return false;
   child.inCheck = kingAttacked(child, us ^ 1);
   return true;

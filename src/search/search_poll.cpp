@@ -1,30 +1,49 @@
 #include "base/platform.h"
-#include "board/make_move.h"
 #include "search/limits.h"
 #include "search/search.h"
 #include "search/threads.h"
 
 SearchLimits searchLimits;
+SearchSignals searchSignals;
 
 void stopTheSearch() {
-  searchLimits.stop = 1;
-  nodeCounter.frozen = 1;
+  {
+    std::lock_guard<std::mutex> hold(searchSignals.mutex);
+    searchSignals.stop = 1;
+    searchSignals.stopRequested = true;
+  }
+  searchSignals.changed.notify_all();
+}
+
+void ponderHit() {
+  {
+    std::lock_guard<std::mutex> hold(searchSignals.mutex);
+    searchSignals.pondering = 0;
+  }
+  searchSignals.changed.notify_all();
 }
 
 void clearTheStop() {
-  searchLimits.stop = 0;
-  nodeCounter.frozen = 0;
+  std::lock_guard<std::mutex> hold(searchSignals.mutex);
+  searchSignals.stop = 0;
+  searchSignals.stopRequested = false;
 }
 
-bool searchPollSaysStop(const SearchState& state) {
-  if (state.helperIndex != 0) return searchLimits.stop;
-  // The counter only paces the polls; let it wrap without signed overflow.
-  searchLimits.pollCounter = static_cast<int32_t>(static_cast<uint32_t>(searchLimits.pollCounter) + 1);
-  if ((searchLimits.pollCounter & 0xff) != 0 || searchLimits.pollingHeld) return false;
-  if (searchLimits.serveInput) searchLimits.serveInput();
-  if (searchLimits.pondering) return false;
-  if (searchLimits.stop) return true;
-  if (nodesOfAllThreads() >= searchLimits.nodeLimit || clock(clockSettings.wholeSeconds) >= searchLimits.hardTimeLimit) {
+void waitForTheClient(bool ponderHitEnds) {
+  std::unique_lock<std::mutex> hold(searchSignals.mutex);
+  searchSignals.changed.wait(hold, [&] { return searchSignals.stopRequested || (ponderHitEnds && !searchSignals.pondering); });
+}
+
+bool searchPollSaysStop(SearchState& state) {
+  if (state.helperIndex != 0) return searchSignals.stop;
+  // The counter only paces the polls; it wraps.
+  ++state.pollCounter;
+  if ((state.pollCounter & 0xff) != 0 || searchLimits.pollingHeld) return false;
+  if (searchSignals.pondering) return false;
+  if (searchSignals.stop) return true;
+  const double now = clock(clockSettings.wholeSeconds);
+  if (nodesOfAllThreads() >= searchLimits.nodeLimit || now >= searchLimits.hardTimeLimit ||
+      (searchLimits.startedPondering && now >= searchLimits.softTimeLimit)) {
     stopTheSearch();
     return true;
   }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/shared_word.h"
 #include "base/types.h"
 #include "eval/evaluate.h"
 #include "moves/generate.h"
@@ -34,7 +35,15 @@ struct PvRow {
   Move line[lineLength];
 };
 
+class SearchReporter;
+
 struct SearchState {
+  // The positions this search has made since it started: the one word of the
+  // record that another thread reads while it runs (the main search adds up
+  // the helpers' counts), alone on its cache line.
+  alignas(cacheLineBytes) SharedWord<uint64_t> nodes = 0;
+  // Node entries of the main search; the low 8 bits pace its polls.
+  alignas(cacheLineBytes) uint32_t pollCounter = 0;
   Move killer1[256];
   Move killer2[256];
   MoveHistory history;
@@ -55,10 +64,12 @@ struct SearchState {
   int32_t selDepth = 0;  // the deepest ply a search function entered in this iteration
   int32_t firstSearchPending = 1;  // the next search clears history, reductions and hash
   EvalCaches* caches = &evalCaches;
-  // 0 for the main search, which serves the input, watches the limits and
-  // prints; a helper thread's search only looks at the stop flag and says
-  // nothing.
+  // 0 for the main search, which watches the limits and reports; a helper
+  // thread's search only looks at the stop flag and says nothing.
   int32_t helperIndex = 0;
+  // Where the main search reports to; null for a silent search (the batch
+  // modes, the helpers).
+  SearchReporter* reporter = nullptr;
 };
 
 // Forgets what a search learnt in earlier games: its history, killers and
@@ -75,5 +86,5 @@ inline void reachPly(SearchState& state, int ply) {
   if (ply > state.selDepth) state.selDepth = ply;
 }
 
-// The engine's search, with the engine's evaluation caches.
+// The main search's record, with the engine's evaluation caches.
 extern SearchState mainSearch;

@@ -1,15 +1,11 @@
 #include "search/think.h"
 
-#include <cinttypes>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "base/log.h"
 #include "base/options.h"
 #include "base/platform.h"
-#include "board/fen.h"
 #include "board/make_move.h"
 #include "board/piece_square.h"
 #include "board/queries.h"
@@ -21,6 +17,7 @@
 #include "search/limits.h"
 #include "search/playable_line.h"
 #include "search/reductions.h"
+#include "search/report.h"
 #include "search/search.h"
 #include "search/search_trace.h"
 #include "search/threads.h"
@@ -50,49 +47,20 @@ void copyLine(Move* destination, const Move* source) {
 
 }  // namespace
 
-void pvToText(const Move* line, char* text) {
-  text[0] = 0;
-  size_t used = 0;
-  for (int i = 0; i < lineLength && line[i] != 0; ++i) {
-    moveToText(line[i], text + used);
-    used += std::strlen(text + used);
-    text[used++] = ' ';
-    text[used] = 0;
-  }
-}
-
 int movesToMate(int score) { return (mateScore - score) / 2 + 1; }
 
-void scoreToText(int score, char* text) {
-  if (std::abs(score) > mateThreshold) {
-    int mateIn = score > 0 ? movesToMate(score) : -((mateScore - 1 - std::abs(score)) / 2) - 1;
-    std::snprintf(text, scoreTextSize, "mate %d", mateIn);
-  } else {
-    std::snprintf(text, scoreTextSize, "cp %d", score);
-  }
-}
-
-void printIterationLine(SearchState& state, const Position& root, int depth, int selDepth, int score,
-                        const Move* line) {
-  double elapsed = elapsedSince(searchLimits.startTime);
-  // Guards the rate against a zero time on a fast first report.
-  double rateTime = elapsed > 0.0001 ? elapsed : 0.0001;
-  char scoreText[scoreTextSize];
-  char lineText[lineLength * 6 + 1];
+void reportLine(SearchState& state, const Position& root, int depth, int selDepth, int score, const Move* line) {
   Move shown[lineLength];
   playableLine(root, line, shown);
-  scoreToText(score, scoreText);
-  pvToText(shown, lineText);
-  const uint64_t nodes = nodesOfAllThreads();
-  std::printf("info depth %d seldepth %d score %s nodes %" PRIu64 " nps %" PRIu64 " hashfull %d time %d pv %s\n",
-              depth, selDepth, scoreText, nodes, static_cast<uint64_t>(nodes / rateTime),
-              hashFullPerMille(), static_cast<int>(1000 * elapsed), lineText);
-  std::fflush(stdout);
   state.lastShownMove = shown[0];
+  // In a MultiPV search the line repeated with the answer is the first.
+  const int rank = options.multiPv > 1 ? 1 : 0;
+  const LineReport report{depth, selDepth, rank, score, nodesOfAllThreads(), elapsedSince(searchLimits.startTime),
+                          hashFullPerMille(), shown};
+  state.reporter->lineFound(report);
 }
 
 namespace {
-
 // The clock of one search: the soft limit after which no new iteration
 // starts (the hard limit is the polls' business), and what moves it.
 struct TimeControl {
@@ -112,13 +80,13 @@ struct Deepening {
   int selDepth = 0;  // of the finished iteration
 };
 
-// Everything a search starts from: no stop, cleared killers, and the history,
+// Everything a search starts from: no nodes, cleared killers, and the history,
 // reduction tables and hash table cleared for the first search and for every
 // deterministic one. Returns the moves the search may choose among.
 RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkRequest& request) {
   if (searchLimits.batchMode) options.deterministic = 1;
   searchLimits.pollingHeld = 1;
-  clearTheStop();
+  state.nodes = 0;
   if constexpr (searchTraced) searchTrace = SearchTrace{};
   std::memset(state.killer1, 0, sizeof state.killer1);
   std::memset(state.killer2, 0, sizeof state.killer2);
@@ -153,17 +121,19 @@ RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkReques
   return allowed;
 }
 
-// The clock starts: the hard limit is the budget's percentage of the goal,
-// and no iteration starts after three quarters of it. A fixed time per move
-// is spent whole: the goal itself is both limits.
+// The clock starts: no iteration starts after three quarters of the goal. A
+// fixed time per move is spent whole: the goal itself is both limits.
 TimeControl startClock(const ThinkRequest& request) {
   searchLimits.startTime = clock(clockSettings.wholeSeconds);
-  searchLimits.hardTimeLimit = searchLimits.startTime + searchLimits.hardTimePercent * 0.01 * request.goalSeconds;
+  searchLimits.hardTimeLimit = searchLimits.startTime + request.hardSeconds;
   TimeControl time{request.goalSeconds, searchLimits.startTime + 0.75 * request.goalSeconds, request.exactTime};
   if (request.exactTime) {
     searchLimits.hardTimeLimit = searchLimits.startTime + request.goalSeconds;
     time.softLimit = searchLimits.hardTimeLimit;
   }
+  searchLimits.nodeLimit = request.nodeLimit;
+  searchLimits.startedPondering = searchSignals.pondering;
+  searchLimits.softTimeLimit = time.softLimit;
   return time;
 }
 
@@ -174,7 +144,7 @@ void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Mov
                      uint64_t otherMoveNodes) {
   double ratio = static_cast<double>(firstMoveNodes) / static_cast<double>(firstMoveNodes + otherMoveNodes);
   time.bestMoveShare = 0.75 * time.bestMoveShare + 0.25 * ratio;
-  if (depth <= 4 || searchLimits.stop || time.exactTime) return;
+  if (depth <= 4 || searchSignals.stop || time.exactTime) return;
   if (best == state.moveByDepth[depth - 1]) {
     double percent = (102 - 100 * time.bestMoveShare) * 2.5;
     time.softLimit = searchLimits.startTime + time.goal * 0.01 * (percent < 80 ? percent : 80);
@@ -182,13 +152,14 @@ void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Mov
     time.softLimit = searchLimits.startTime + 1.2 * time.goal;
     time.bestMoveShare *= 0.9;
   }
+  searchLimits.softTimeLimit = time.softLimit;
 }
 
 // One iteration: each MultiPV line searched with its aspiration window, the
 // best move of a line left out of the next one. Returns the number of lines
-// searched; iterationNodes is the node count after the last of them.
+// searched.
 int searchIteration(SearchState& state, Position& root, int depth, const RootMoveList& allowed, TimeControl& time,
-                    Deepening& deepening, uint64_t& iterationNodes) {
+                    Deepening& deepening) {
   uint64_t firstMoveNodes = 0;
   uint64_t otherMoveNodes = 0;
   RootMoveList working = allowed;
@@ -204,17 +175,14 @@ int searchIteration(SearchState& state, Position& root, int depth, const RootMov
 
     ++otherMoveNodes;  // never zero: the best move's share divides by the sum
     adjustSoftLimit(time, state, depth, bestLine[0], firstMoveNodes, otherMoveNodes);
-    if (!searchLimits.stop) {
+    if (!searchSignals.stop) {
       state.rows[lines].score = value;
       copyLine(state.rows[lines].line, bestLine);
       if (lines + 1 > deepening.filledRows) deepening.filledRows = lines + 1;
     }
-    iterationNodes = nodesOfAllThreads();
-    state.rows[lines].timeMs = static_cast<int32_t>(elapsedSince(searchLimits.startTime) * 1000);
     ++lines;
-    if (searchLimits.stop) break;
+    if (searchSignals.stop) break;
     if (!removeFromList(working, bestLine[0])) break;
-    if (depth == 1) break;  // the first iteration has one line
   }
   return lines;
 }
@@ -233,41 +201,36 @@ int orderRows(SearchState& state, int lines, int filledRows) {
   return shown;
 }
 
-// The info lines of a MultiPV iteration, one per row, best first.
-void reportRows(SearchState& state, const Position& root, int depth, int shown, uint64_t iterationNodes) {
-  char lineText[lineLength * 6 + 1];
-  Move playable[lineLength];
+// The lines of a MultiPV iteration, best first, all with the iteration's
+// nodes and time.
+void reportRows(SearchState& state, const Position& root, int depth, int shown) {
+  const uint64_t nodes = nodesOfAllThreads();
+  const double elapsed = elapsedSince(searchLimits.startTime);
   const int hashFull = hashFullPerMille();
+  Move playable[lineLength];
   for (int i = 0; i < shown; ++i) {
     playableLine(root, state.rows[i].line, playable);
-    pvToText(playable, lineText);
     if (i == 0) state.lastShownMove = playable[0];
-    std::printf("info depth %d seldepth %d multipv %d score cp %d nodes %" PRIu64 " nps %" PRIu64
-                " hashfull %d time %d pv %s\n",
-                depth, state.selDepth, i + 1, state.rows[i].score, iterationNodes,
-                static_cast<uint64_t>(iterationNodes / (state.rows[i].timeMs * 0.001 + 0.0001)), hashFull,
-                state.rows[i].timeMs, lineText);
-    std::fflush(stdout);
+    state.reporter->lineFound(
+        LineReport{depth, state.selDepth, i + 1, state.rows[i].score, nodes, elapsed, hashFull, playable});
   }
 }
 
-// A finished iteration goes to the log, and to the client as an info line or,
-// in batch mode, into the results of each depth.
+// A finished iteration: its line to the client (in a single-line search;
+// the rows of a MultiPV search are already out) and to the record, or, in
+// batch mode, into the results of each depth.
 void reportIteration(SearchState& state, const Position& root, int depth, const Deepening& deepening) {
   double elapsed = elapsedSince(searchLimits.startTime);
   if (elapsed < 0.0001) elapsed = 0.0001;
   const uint64_t nodes = nodesOfAllThreads();
-  char lineText[lineLength * 6 + 1];
-  Move playable[lineLength];
-  playableLine(root, deepening.bestLine, playable);
-  pvToText(playable, lineText);
-  logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
-            deepening.score * 0.01, lineText);
-  if (!searchLimits.batchMode) {
-    printIterationLine(state, root, depth, state.selDepth, deepening.score, deepening.bestLine);
-    return;
+  if (state.reporter) {
+    if (options.multiPv == 1) reportLine(state, root, depth, state.selDepth, deepening.score, deepening.bestLine);
+    Move playable[lineLength];
+    playableLine(root, deepening.bestLine, playable);
+    state.reporter->iterationFinished(
+        LineReport{depth, state.selDepth, 0, deepening.score, nodes, elapsed, hashFullPerMille(), playable});
   }
-  if (depth >= 32) return;
+  if (!searchLimits.batchMode || depth >= 32) return;
   state.depthTime[depth] = elapsed;
   state.depthNodes[depth] = nodes;
   state.depthScore[depth] = deepening.score;
@@ -275,52 +238,19 @@ void reportIteration(SearchState& state, const Position& root, int depth, const 
   if constexpr (searchTraced) depthTrace[depth] = searchTrace;
 }
 
-// The ponder wait: an infinite or pondering search that has finished waits
-// for stop or ponderhit before it answers.
-void waitWhilePondering(int maxDepth) {
-  if (maxDepth <= 98 && !searchLimits.pondering) return;
-  for (;;) {
-    if (searchLimits.serveInput) searchLimits.serveInput();
-    if (searchLimits.stop || !searchLimits.pondering) break;
-    sleepOneMillisecond();
-  }
-}
-
-// The wait of a mate search that found no mate short enough: it answers
-// only at stop, as a go infinite would.
-void waitForStop() {
-  while (!searchLimits.stop) {
-    if (searchLimits.serveInput) searchLimits.serveInput();
-    if (searchLimits.stop) break;
-    sleepOneMillisecond();
-  }
-}
-
 // bestmove names the first move of the last finished iteration and ponder
 // the second, from the line as it can be replayed. A client checks both
 // against the line it was shown last: when a better move of an iteration
-// that was then cut short was printed, the line of the answer goes out
-// again. A root without a legal move answers with the null move.
-void answer(SearchState& state, const Position& root, const Deepening& deepening) {
+// that was then cut short was shown, the line of the answer goes out again.
+// A root without a legal move answers with the null move.
+void answer(SearchState& state, const Position& root, const Deepening& deepening, bool aborted) {
   Move playable[lineLength];
   playableLine(root, deepening.bestLine, playable);
-  char bestText[8] = "0000";
-  char ponderText[8] = "";
-  if (playable[0]) moveToText(playable[0], bestText);
-  if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
   if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
-    printIterationLine(state, root, deepening.finishedDepth, deepening.selDepth, deepening.score, deepening.bestLine);
-  const uint64_t nodes = nodesOfAllThreads();
-  std::printf("info nodes %" PRIu64 "\n", nodes);
-  logPrintf("info nodes %" PRIu64 "\n", nodes);
-  if (ponderText[0]) {
-    std::printf("bestmove %s ponder %s\n", bestText, ponderText);
-    logPrintf("bestmove %s ponder %s\n", bestText, ponderText);
-  } else {
-    std::printf("bestmove %s\n", bestText);
-    logPrintf("bestmove %s\n", bestText);
-  }
-  std::fflush(stdout);
+    reportLine(state, root, deepening.finishedDepth, deepening.selDepth, deepening.score, deepening.bestLine);
+  const SearchAnswer result{playable[0], playable[0] ? playable[1] : Move{0}, nodesOfAllThreads(),
+                            elapsedSince(searchLimits.startTime), aborted, state.caches};
+  state.reporter->searchEnded(result);
 }
 
 }  // namespace
@@ -337,32 +267,25 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
   state.lastShownMove = 0;
   // The self-test, the test data and the deterministic option search with
   // one thread, whatever Threads says: only then is a search repeatable.
-  const bool withHelpers = !searchLimits.batchMode && !options.deterministic && request.bookMove == 0;
+  const bool withHelpers = !searchLimits.batchMode && !options.deterministic;
   if (withHelpers) startHelpers(root, allowed, request.maxDepth);
-
-  logBoard(root);
-  logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
-  logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
+  if (state.reporter) state.reporter->searchStarted(root);
 
   Deepening deepening;
   bool mateProven = false;
+  bool aborted = false;
   for (int depth = 1;; ++depth) {
-    if (depth == 1 && request.bookMove) {
-      deepening.bestLine[0] = request.bookMove;
-      break;
-    }
     if (depth > 1) searchLimits.pollingHeld = 0;
-    if (!searchLimits.batchMode) std::printf("info depth %d\n", depth);
+    if (state.reporter) state.reporter->iterationStarted(depth);
 
-    uint64_t iterationNodes = 0;
     state.selDepth = 0;
-    const int lines = searchIteration(state, root, depth, allowed, time, deepening, iterationNodes);
+    const int lines = searchIteration(state, root, depth, allowed, time, deepening);
     const int shown = orderRows(state, lines, deepening.filledRows);
-    if (options.multiPv > 1) reportRows(state, root, depth, shown, iterationNodes);
+    if (options.multiPv > 1 && state.reporter) reportRows(state, root, depth, shown);
     copyLine(deepening.bestLine, state.rows[0].line);
     deepening.score = state.rows[0].score;
-    if (searchLimits.stop) {
-      logPrintf("search aborted\n");
+    if (searchSignals.stop) {
+      aborted = true;
       break;
     }
     deepening.finishedDepth = depth;
@@ -370,33 +293,26 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     reportIteration(state, root, depth, deepening);
 
     if (!time.goalReached && clock(clockSettings.wholeSeconds) > time.softLimit) time.goalReached = true;
-    if (!searchLimits.pondering && time.goalReached) break;
+    if (!searchSignals.pondering && time.goalReached) break;
     if (request.mateMoves > 0 && deepening.score > mateThreshold &&
         movesToMate(deepening.score) <= request.mateMoves) {
       mateProven = true;
       break;
     }
-    if (std::abs(deepening.score) > mateShiftLimit) break;  // a mate found is not searched deeper
+    // A mate found is not searched deeper, unless other lines are shown
+    // beside it: those go on to the depth asked for.
+    if (std::abs(deepening.score) > mateShiftLimit && options.multiPv == 1) break;
     if (depth >= request.maxDepth) break;
   }
 
   if (withHelpers) stopHelpers();
-  logPrintf("Total move time %8.1f\n", elapsedSince(searchLimits.startTime));
-  // The mate a mate search asked for is its answer at once; without it, a
-  // mate search answers only when the client stops it.
-  if (request.mateMoves > 0 && !mateProven)
-    waitForStop();
-  else
-    waitWhilePondering(request.maxDepth);
-  if (searchLimits.batchMode) return deepening.score;
-  if (engineLog.file) {
-    const EvalCaches& caches = *state.caches;
-    double rate = caches.etableProbes
-                      ? 100.0 * static_cast<double>(caches.etableHits) / static_cast<double>(caches.etableProbes)
-                      : 0.0;
-    logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n",
-              caches.etableHits, caches.etableProbes, rate);
-  }
-  answer(state, root, deepening);
+  // What only the client can end waits for it: an infinite search and a mate
+  // search without its mate until stop, a ponder search until stop or
+  // ponderhit. The mate a mate search asked for is its answer at once.
+  if (request.infinite || (request.mateMoves > 0 && !mateProven))
+    waitForTheClient(false);
+  else if (searchSignals.pondering)
+    waitForTheClient(true);
+  if (state.reporter) answer(state, root, deepening, aborted);
   return deepening.score;
 }

@@ -12,15 +12,54 @@ SearchThreads searchThreads;
 
 namespace {
 
+void workerMain(SearchWorker& worker) {
+  std::unique_lock<std::mutex> lock(searchThreads.mutex);
+  uint64_t taken = 0;
+  for (;;) {
+    searchThreads.wake.wait(lock, [&] { return worker.ending || worker.jobsGiven != taken; });
+    if (worker.ending) return;
+    taken = worker.jobsGiven;
+    lock.unlock();
+    worker.job(worker);
+    lock.lock();
+    worker.busy = false;
+    searchThreads.idle.notify_all();
+    if (worker.whenIdle) {
+      lock.unlock();
+      worker.whenIdle();
+      lock.lock();
+    }
+  }
+}
+
+void startWorker(SearchWorker& worker, SearchJob job, void (*whenIdle)() = nullptr) {
+  {
+    std::lock_guard<std::mutex> lock(searchThreads.mutex);
+    worker.job = job;
+    worker.whenIdle = whenIdle;
+    worker.busy = true;
+    ++worker.jobsGiven;
+  }
+  searchThreads.wake.notify_all();
+}
+
+void waitForWorker(SearchWorker& worker) {
+  std::unique_lock<std::mutex> lock(searchThreads.mutex);
+  searchThreads.idle.wait(lock, [&] { return !worker.busy; });
+}
+
 // One helper's search of the root: iterative deepening with aspiration
 // windows, one line, until the stop flag or the last depth. What it finds
 // reaches the main search through the hash table only.
-void helperDeepening(HelperThread& helper, Position& root, const RootMoveList& allowed, int maxDepth) {
-  SearchState& state = helper.state;
+void helperDeepening(SearchWorker& helper) {
+  SearchState& state = *helper.state;
+  Position root = searchThreads.root;
+  const RootMoveList allowed = searchThreads.allowed;
+  const int maxDepth = searchThreads.maxDepth;
   std::memset(state.killer1, 0, sizeof state.killer1);
   std::memset(state.killer2, 0, sizeof state.killer2);
   Move line[lineLength] = {};
-  for (int depth = 1; depth <= maxDepth && !searchLimits.stop; ++depth) {
+  for (int depth = 1; depth <= maxDepth && !searchSignals.stop; ++depth) {
     // The first iteration builds the root moves, so no helper skips it.
     if (depth > 1 && helperSkipsDepth(state.helperIndex, depth)) {
       state.scoreByDepth[depth] = state.scoreByDepth[depth - 1];
@@ -32,101 +71,96 @@ void helperDeepening(HelperThread& helper, Position& root, const RootMoveList& a
     int value = searchRoot(state, root, 2 * depth, window.alpha, window.beta, line, allowed, &firstMoveNodes,
                            &otherMoveNodes);
     value = resolveWindow(state, root, 2 * depth, window, value, line, allowed, &firstMoveNodes, &otherMoveNodes);
-    if (searchLimits.stop) break;
+    if (searchSignals.stop) break;
     state.scoreByDepth[depth] = value;
     state.moveByDepth[depth] = line[0];
-  }
-}
-
-void helperMain(HelperThread& helper) {
-  std::unique_lock<std::mutex> lock(searchThreads.mutex);
-  helper.counter = &nodeCounter;
-  ++searchThreads.ready;
-  searchThreads.idle.notify_all();
-  uint64_t searched = searchThreads.searchNumber;
-  for (;;) {
-    searchThreads.wake.wait(lock, [&] { return searchThreads.ending || searchThreads.searchNumber != searched; });
-    if (searchThreads.ending) return;
-    searched = searchThreads.searchNumber;
-    Position root = searchThreads.root;
-    const RootMoveList allowed = searchThreads.allowed;
-    const int maxDepth = searchThreads.maxDepth;
-    lock.unlock();
-    helperDeepening(helper, root, allowed, maxDepth);
-    lock.lock();
-    if (--searchThreads.busy == 0) searchThreads.idle.notify_all();
   }
 }
 
 void endHelpers() {
   {
     std::lock_guard<std::mutex> lock(searchThreads.mutex);
-    searchThreads.ending = true;
+    for (auto& helper : searchThreads.helpers) helper->ending = true;
   }
   searchThreads.wake.notify_all();
   for (auto& helper : searchThreads.helpers) helper->thread.join();
   searchThreads.helpers.clear();
-  searchThreads.ending = false;
-  searchThreads.ready = 0;
 }
 
 }  // namespace
 
 SearchThreads::~SearchThreads() {
-  // The engine may quit while helpers search: they see the stop and end.
-  searchLimits.stop = 1;
+  // The shell lets a search answer before the engine ends; should one still
+  // run, it sees the stop and ends.
+  stopTheSearch();
   endHelpers();
+  if (!main) return;
+  {
+    std::lock_guard<std::mutex> lock(mutex);
+    main->ending = true;
+  }
+  wake.notify_all();
+  main->thread.join();
 }
 
 void setThreadCount(int count) {
   endHelpers();
   for (int i = 1; i < count; ++i) {
-    auto helper = std::make_unique<HelperThread>();
-    helper->state.caches = &helper->caches;
-    helper->state.helperIndex = i;
-    adviseHugePages(&helper->caches, sizeof helper->caches);
-    forgetGameMemory(helper->state);
+    auto helper = std::make_unique<SearchWorker>();
+    helper->ownState = std::make_unique<SearchState>();
+    helper->ownCaches = std::make_unique<EvalCaches>();
+    helper->state = helper->ownState.get();
+    helper->state->caches = helper->ownCaches.get();
+    helper->state->helperIndex = i;
+    adviseHugePages(helper->ownCaches.get(), sizeof(EvalCaches));
+    forgetGameMemory(*helper->state);
     searchThreads.helpers.push_back(std::move(helper));
   }
-  for (auto& helper : searchThreads.helpers) helper->thread = std::thread(helperMain, std::ref(*helper));
-  // Every helper has its counter in place before a search can add them up.
-  std::unique_lock<std::mutex> lock(searchThreads.mutex);
-  searchThreads.idle.wait(lock, [] { return searchThreads.ready == static_cast<int>(searchThreads.helpers.size()); });
+  for (auto& helper : searchThreads.helpers) helper->thread = std::thread(workerMain, std::ref(*helper));
+}
+
+void startMainSearch(SearchJob job, void (*whenIdle)()) {
+  if (!searchThreads.main) {
+    searchThreads.main = std::make_unique<SearchWorker>();
+    searchThreads.main->state = &mainSearch;
+    searchThreads.main->thread = std::thread(workerMain, std::ref(*searchThreads.main));
+  }
+  startWorker(*searchThreads.main, job, whenIdle);
+}
+
+void waitForMainSearch() {
+  if (searchThreads.main) waitForWorker(*searchThreads.main);
+}
+
+bool mainSearchBusy() {
+  if (!searchThreads.main) return false;
+  std::lock_guard<std::mutex> lock(searchThreads.mutex);
+  return searchThreads.main->busy;
 }
 
 void startHelpers(const Position& root, const RootMoveList& allowed, int maxDepth) {
   if (searchThreads.helpers.empty()) return;
-  {
-    std::lock_guard<std::mutex> lock(searchThreads.mutex);
-    searchThreads.root = root;
-    searchThreads.allowed = allowed;
-    searchThreads.maxDepth = maxDepth;
-    // Counts of the last search go before the first line of this one.
-    for (auto& helper : searchThreads.helpers) helper->counter->nodes = 0;
-    searchThreads.busy = static_cast<int>(searchThreads.helpers.size());
-    ++searchThreads.searchNumber;
-  }
-  searchThreads.wake.notify_all();
+  searchThreads.root = root;
+  searchThreads.allowed = allowed;
+  searchThreads.maxDepth = maxDepth;
+  // Counts of the last search go before the first line of this one.
+  for (auto& helper : searchThreads.helpers) helper->state->nodes = 0;
+  for (auto& helper : searchThreads.helpers) startWorker(*helper, helperDeepening);
 }
 
 void stopHelpers() {
   if (searchThreads.helpers.empty()) return;
-  const int32_t stopped = searchLimits.stop;
-  searchLimits.stop = 1;
-  {
-    std::unique_lock<std::mutex> lock(searchThreads.mutex);
-    searchThreads.idle.wait(lock, [] { return searchThreads.busy == 0; });
-  }
-  searchLimits.stop = stopped;
+  searchSignals.stop = 1;
+  for (auto& helper : searchThreads.helpers) waitForWorker(*helper);
 }
 
 void forgetHelpersGames() {
-  for (auto& helper : searchThreads.helpers) forgetGameMemory(helper->state);
+  for (auto& helper : searchThreads.helpers) forgetGameMemory(*helper->state);
 }
 
 uint64_t nodesOfAllThreads() {
-  uint64_t nodes = nodeCounter.nodes;
-  for (const auto& helper : searchThreads.helpers) nodes += helper->counter->nodes;
+  uint64_t nodes = mainSearch.nodes;
+  for (const auto& helper : searchThreads.helpers) nodes += helper->state->nodes;
   return nodes;
 }
 

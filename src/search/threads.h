@@ -1,9 +1,14 @@
-// Helper threads: with Threads above 1 the main search gets company. Each
-// helper searches the same root with the same iterative deepening, on its own
-// search state and evaluation caches, and the threads meet in the shared hash
-// table, where what one finds cuts the others' trees short. The main thread
-// alone serves the input, keeps the clock, prints and answers; the helpers
-// only look at the stop flag.
+// The search threads. The main search runs on a thread of its own, so that
+// the shell's input thread stays free to read the client while it searches;
+// with Threads above 1 it gets company: each helper searches the same root
+// with the same iterative deepening, on its own search state and evaluation
+// caches, and the threads meet in the shared hash table, where what one finds
+// cuts the others' trees short. The main search alone keeps the clock and
+// reports; the helpers only look at the stop flag.
+//
+// Every search thread is a SearchWorker: it sleeps until it is handed a job,
+// runs it, and is idle again; the main search and the helpers start and are
+// waited for the same way.
 #pragma once
 
 #include <condition_variable>
@@ -14,29 +19,30 @@
 #include <vector>
 
 #include "base/types.h"
-#include "board/make_move.h"
 #include "eval/evaluate.h"
 #include "search/search_state.h"
 
-struct HelperThread {
-  SearchState state;
-  EvalCaches caches;
-  // The helper's own node counter, which the main thread adds up; set by the
-  // helper before it first waits.
-  NodeCounter* counter = nullptr;
+struct SearchWorker;
+using SearchJob = void (*)(SearchWorker& worker);
+
+struct SearchWorker {
+  SearchState* state = nullptr;  // mainSearch, or the helper's own
+  std::unique_ptr<SearchState> ownState;  // a helper's records
+  std::unique_ptr<EvalCaches> ownCaches;
+  SearchJob job = nullptr;
+  void (*whenIdle)() = nullptr;  // called once the worker is idle again
+  uint64_t jobsGiven = 0;  // counts the jobs handed to the worker
+  bool busy = false;
+  bool ending = false;  // the thread must return
   std::thread thread;
 };
 
-// The helper threads start when Threads is set and wait between searches.
 struct SearchThreads {
-  std::vector<std::unique_ptr<HelperThread>> helpers;
+  std::unique_ptr<SearchWorker> main;  // started by the first search handed to it
+  std::vector<std::unique_ptr<SearchWorker>> helpers;
   std::mutex mutex;
-  std::condition_variable wake;  // a search starts, or the helpers must end
-  std::condition_variable idle;  // the last busy helper has finished
-  uint64_t searchNumber = 0;     // counts the searches handed to the helpers
-  int busy = 0;                  // helpers still searching the current root
-  int ready = 0;                 // helpers that have set their counter
-  bool ending = false;
+  std::condition_variable wake;  // a job is handed out, or the workers must end
+  std::condition_variable idle;  // a worker has finished its job
   // What the helpers search: copied by each at its start.
   Position root;
   RootMoveList allowed;
@@ -51,17 +57,30 @@ extern SearchThreads searchThreads;
 // tables: Threads = count. Only between searches.
 void setThreadCount(int count);
 
+// Hands job to the main search's thread, which runs it on mainSearch; returns
+// at once. Only while that thread is idle. Once the job is done and the
+// thread idle again, it calls whenIdle (unless null).
+void startMainSearch(SearchJob job, void (*whenIdle)() = nullptr);
+
+// Waits until the main search's thread has finished its job.
+void waitForMainSearch();
+
+// True while the main search's thread runs a job.
+bool mainSearchBusy();
+
 // The helpers start on root, each with its own depths. No-op without helpers.
 void startHelpers(const Position& root, const RootMoveList& allowed, int maxDepth);
 
-// Stops the helpers and waits until every one is idle; the stop flag is left
-// as it was, for the main search to wait on as before.
+// Stops the helpers and waits until every one is idle. The stop flag stays
+// set: the main search has finished its deepening when it calls this, and
+// what it waits for afterwards is the client's stop, which stopTheSearch
+// records apart.
 void stopHelpers();
 
 // Forgets the helpers' history, killers and evaluation caches (a new game).
 void forgetHelpersGames();
 
-// The nodes of the search under way: the main thread's and every helper's.
+// The nodes of the search under way: the main search's and every helper's.
 uint64_t nodesOfAllThreads();
 
 // Whether helper helperIndex leaves out iteration depth. Helpers skip depths

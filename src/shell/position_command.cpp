@@ -7,7 +7,6 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "base/engine_exit.h"
 #include "base/log.h"
 #include "board/fen.h"
 #include "board/keys.h"
@@ -106,11 +105,28 @@ bool playMoveText(const char* text) {
 
 }  // namespace
 
+namespace {
+
+// A position the engine can't set up is refused and the game is kept: the
+// client hears why, and its next go searches the game it had.
+void refusePosition(const char* why) {
+  std::printf("info string position refused: %s\n", why);
+  std::fflush(stdout);
+  logPrintf("position refused: %s\n", why);
+}
+
+}  // namespace
+
 void positionCommand(char** tokens, int count) {
-  // A bare "position" has nothing to set up: the game stays as it was.
-  if (count < 2) {
-    std::printf("info string position needs startpos or fen\n");
-    std::fflush(stdout);
+  // A bare "position", or one with neither startpos nor fen, has nothing to
+  // set up.
+  if (count < 2 || (std::strcmp(tokens[1], "startpos") != 0 && std::strcmp(tokens[1], "fen") != 0)) {
+    refusePosition("position needs startpos or fen");
+    return;
+  }
+  // The side to move is w or b (or left out: white).
+  if (std::strcmp(tokens[1], "fen") == 0 && count > 3 && tokens[3][0] != 'w' && tokens[3][0] != 'b') {
+    refusePosition("the side to move must be w or b");
     return;
   }
   char fen[256];
@@ -118,24 +134,20 @@ void positionCommand(char** tokens, int count) {
   if (std::strcmp(tokens[1], "startpos") == 0) {
     std::snprintf(fen, sizeof fen, "%s", startPositionFen);
     scanFrom = 2;
-  } else if (std::strcmp(tokens[1], "fen") == 0) {
+  } else {
     // Board, side, castling and en passant; a longer text is cut.
     size_t used = 0;
     fen[0] = 0;
     for (int i = 2; i <= 5 && i < count && used < sizeof fen; ++i)
       used += std::snprintf(fen + used, sizeof fen - used, i == 2 ? "%s" : " %s", tokens[i]);
     scanFrom = 5;
-  } else {
-    fatalExit("Error here!\n");
   }
 
   Position root;
   parseFen(root, fen);
   dropUnfitRights(root);
   if (const char* defect = positionDefect(root)) {
-    std::printf("info string position refused: %s\n", defect);
-    std::fflush(stdout);
-    logPrintf("position refused: %s\n", defect);
+    refusePosition(defect);
     return;
   }
   game.length = 0;

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 // Makes the start position the game and clears game.startPositionPending; the
-// first pass of uciPoll calls it, whether a line waits or not.
+// protocol loop calls it before the first command, whether a line waits or not.
 void setUpStartPosition();
 
 // tokens[0] is "position"; count includes it.

@@ -8,6 +8,7 @@
 #include "base/engine_exit.h"
 #include "board/fen.h"
 #include "book/book.h"
+#include "search/limits.h"
 #include "search/think.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
@@ -76,10 +77,22 @@ constexpr double searchGoal = 31622400.0;  // a year: time never ends these sear
 void searchBatchPosition(const char* fen, int depth) {
   Position position;
   parseFen(position, fen);
+  // A position the book knows is answered from the book, as in play: no
+  // search runs, and the results of each depth say so.
+  if (Move bookMove = probeBook(position)) {
+    for (int d = 0; d < 32; ++d) {
+      mainSearch.depthMove[d] = bookMove;
+      mainSearch.depthScore[d] = 0;
+      mainSearch.depthNodes[d] = 0;
+      mainSearch.depthTime[d] = 0.0;
+    }
+    return;
+  }
   ThinkRequest request;
   request.goalSeconds = searchGoal;
+  request.hardSeconds = searchGoal;
   request.maxDepth = depth;
-  request.bookMove = probeBook(position);
+  clearTheStop();
   think(mainSearch, position, request);
 }
 

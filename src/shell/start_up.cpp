@@ -15,7 +15,7 @@
 #include "search/hash_table.h"
 #include "search/limits.h"
 #include "shell/command_line.h"
-#include "shell/input_ring.h"
+#include "shell/input_lines.h"
 #include "shell/self_test.h"
 #include "shell/setoption.h"
 #include "shell/uci.h"
@@ -35,15 +35,13 @@ void allocateStartTable() {
   // A missing default book goes unsaid; one that is there but unreadable is told.
   if (opening == BookOpening::Unreadable) sayBookUnreadable();
   allocateStartTable();
-  startInputReader();
+  if (!openLineReader(clientInput, 0)) fatalExit("no pipe for the input thread's wake-up\n");
   runUciLoop();
 }
 
 int runSelfTestMode() {
   searchLimits.batchMode = 1;
-  searchLimits.serveInput = uciPoll;
   rebuildEvaluation();
-  startInputReader();
   allocateStartTable();
   std::fprintf(stderr, "Tarvok version %s\n\n", engineVersion);
   return runSelfTest();
@@ -51,27 +49,13 @@ int runSelfTestMode() {
 
 int runMakeTestDataMode() {
   searchLimits.batchMode = 1;
-  searchLimits.serveInput = uciPoll;
   rebuildEvaluation();
-  startInputReader();
   std::printf("\nchar testFens[50][160] = {\n");
   allocateStartTable();
   return makeTestData();
 }
 
 }  // namespace
-
-void runUciLoop() {
-  for (;;) {
-    const bool served = uciPoll();
-    // At the end of standard input the engine finishes every line it was
-    // given and then leaves as if told quit.
-    if (inputFinished(inputRing)) quitEngine();
-    // Lines already waiting are served back to back; only an empty ring
-    // waits for the client.
-    if (!served) sleepOneMillisecond();
-  }
-}
 
 int engineMain(int argc, char** argv) {
   // The opening book is the only consumer of random numbers.

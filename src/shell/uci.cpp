@@ -10,13 +10,15 @@
 #include "search/limits.h"
 #include "search/search_state.h"
 #include "search/think.h"
+#include "search/threads.h"
 #include "shell/game.h"
 #include "shell/go_command.h"
-#include "shell/input_ring.h"
 #include "shell/position_command.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
 #include "shell/version.h"
+
+UciSession uciSession;
 
 uint32_t commandHash(const char* word) {
   uint32_t hash = 5381;
@@ -29,13 +31,78 @@ namespace {
 
 const char* checkText(int32_t value) { return value ? "true" : "false"; }
 
-// A running search keeps its game, its table and its root: the client is
-// told, and the search goes on undisturbed.
-bool refusedDuringSearch(const char* command) {
-  if (!searchSession.running) return false;
-  std::printf("info string %s refused while a search runs\n", command);
-  std::fflush(stdout);
-  return true;
+// The hash of the line's first word; 0 for a line of blanks.
+uint32_t firstWordHash(const char* line) {
+  char word[16];
+  size_t start = std::strspn(line, " \t");
+  size_t length = std::strcspn(line + start, " \t");
+  if (length == 0) return 0;
+  // No command is this long: the word is unknown whatever follows.
+  if (length >= sizeof word) return 1;
+  std::memcpy(word, line + start, length);
+  word[length] = '\0';
+  return commandHash(word);
+}
+
+// The engine ends once a search it was told to stop has answered.
+[[noreturn]] void quitAfterTheSearch() {
+  stopTheSearch();
+  waitForMainSearch();
+  quitEngine();
+}
+
+// Carries out a command that may have to wait for a search: only while none runs.
+void runCommand(const char* text) {
+  // Before any command, so that a go without position searches the start position.
+  if (game.startPositionPending) setUpStartPosition();
+  UciSession& session = uciSession;
+  std::snprintf(session.line, sizeof session.line, "%s", text);
+  int count = tokenise(session.line, session.tokens);
+  if (count == 0) return;
+  logPrintf("cmd = %s\n", session.tokens[0]);
+  switch (commandHash(session.tokens[0])) {
+    case hashUci:
+      printUciAnswer();
+      break;
+    case hashUciNewGame:
+      // The client's word that the next position belongs to another game.
+      forgetEarlierGames(mainSearch);
+      break;
+    case hashSetOption:
+      setoptionCommand(session.tokens, count);
+      break;
+    case hashPosition:
+      positionCommand(session.tokens, count);
+      break;
+    case hashGo:
+      goCommand(session.tokens, count);
+      break;
+    default:
+      break;
+  }
+}
+
+// The commands a client may send while a search runs: they act on it at once.
+bool answeredAtOnce(uint32_t hash) {
+  switch (hash) {
+    case hashIsReady:
+      std::printf("readyok\n");
+      std::fflush(stdout);
+      return true;
+    case hashStop:
+      stopTheSearch();
+      return true;
+    case hashPonderHit:
+      ponderHit();
+      return true;
+    case hashQuit:
+      quitAfterTheSearch();
+    case hashDebug:
+      // Accepted; the engine has nothing more to say in debug mode.
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -58,81 +125,66 @@ void printUciAnswer() {
   std::fflush(stdout);
 }
 
-bool uciPoll() {
-  // Before any line, so that a go without position searches the start position.
-  if (game.startPositionPending) setUpStartPosition();
-
-  // Once a stop has been read, the unwinding search takes no further line:
-  // what the client sent after it waits for the main loop.
-  if (searchSession.running && searchLimits.stop) return false;
-  InputSlot* slot = takeInputLine(inputRing);
-  if (!slot) {
-    // At the end of input a search that only a command can end is stopped,
-    // so that it prints its bestmove and the engine can finish.
-    if (searchSession.running && (searchSession.needsCommand || searchLimits.pondering) && inputFinished(inputRing)) stopTheSearch();
-    return false;
-  }
-  if (slot->dropped) {
-    std::printf("info string line of more than %d bytes dropped\n", longestLine);
-    std::fflush(stdout);
-    logPrintf("uci -> a line of more than %d bytes, dropped\n", longestLine);
-    return true;
-  }
-  char* line = slot->text;
+void takeClientLine(const char* text) {
+  char line[lineBytes];
+  std::snprintf(line, sizeof line, "%s", text);
   line[std::strcspn(line, "\f\n\r")] = '\0';
-  if (!line[0]) return true;
+  if (!line[0]) return;
   logPrintf("uci -> %s\n", line);
-
-  // Local, not static: a go runs its search inside this pass, and the
-  // search's own polls come back here.
-  char* tokens[slotBytes / 2 + 1];
-  int count = tokenise(line, tokens);
-  if (count == 0) return true;
-  logPrintf("cmd = %s\n", tokens[0]);
-
-  switch (commandHash(tokens[0])) {
-    case hashUci:
-      printUciAnswer();
-      break;
-    case hashUciNewGame:
-      // The client's word that the next position belongs to another game.
-      if (refusedDuringSearch("ucinewgame")) break;
-      forgetEarlierGames(mainSearch);
-      break;
-    case hashIsReady:
-      std::printf("readyok\n");
-      std::fflush(stdout);
-      break;
-    case hashSetOption:
-      // A new table would pull the entries from under a running search.
-      if (namesOption(tokens, count, "hash") && refusedDuringSearch("setoption name Hash")) break;
-      if (namesOption(tokens, count, "clear hash") && refusedDuringSearch("setoption name Clear Hash")) break;
-      if (namesOption(tokens, count, "threads") && refusedDuringSearch("setoption name Threads")) break;
-      // Helper threads read the options and the tables they build while they
-      // search: with helpers, no setting changes under a running search.
-      if (options.threads > 1 && refusedDuringSearch("setoption")) break;
-      setoptionCommand(tokens, count);
-      break;
-    case hashPosition:
-      if (refusedDuringSearch("position")) break;
-      positionCommand(tokens, count);
-      break;
-    case hashGo:
-      if (refusedDuringSearch("go")) break;
-      // The search comes back here through its polls, for stop and ponderhit.
-      searchLimits.serveInput = uciPoll;
-      goCommand(tokens, count);
-      break;
-    case hashStop:
-      stopTheSearch();
-      break;
-    case hashPonderHit:
-      searchLimits.pondering = 0;
-      break;
-    case hashQuit:
-      quitEngine();
-    default:
-      break;
+  const uint32_t hash = firstWordHash(line);
+  if (hash == 0 || answeredAtOnce(hash)) return;
+  UciSession& session = uciSession;
+  if (mainSearchBusy() || !session.waiting.empty()) {
+    session.waiting.emplace_back(line);
+    return;
   }
-  return true;
+  runCommand(line);
+}
+
+void runWaitingCommands() {
+  UciSession& session = uciSession;
+  while (!session.waiting.empty()) {
+    waitForMainSearch();
+    const std::string line = std::move(session.waiting.front());
+    session.waiting.pop_front();
+    runCommand(line.c_str());
+  }
+  waitForMainSearch();
+}
+
+void runUciLoop() {
+  UciSession& session = uciSession;
+  if (game.startPositionPending) setUpStartPosition();
+  for (;;) {
+    // What waited for a search runs as soon as the search has answered.
+    while (!session.waiting.empty() && !mainSearchBusy()) {
+      const std::string line = std::move(session.waiting.front());
+      session.waiting.pop_front();
+      runCommand(line.c_str());
+    }
+    if (session.inputEnded) {
+      // At the end of input the engine finishes every line it was given
+      // and then leaves as if told quit. A search that only a command can
+      // end is stopped, so that it answers and the engine can finish.
+      if (!mainSearchBusy() && session.waiting.empty()) quitEngine();
+      if (searchSession.needsCommand || searchSignals.pondering) stopTheSearch();
+      waitForMainSearch();
+      continue;
+    }
+    switch (nextLine(clientInput)) {
+      case LineStatus::Line:
+        takeClientLine(clientInput.line);
+        break;
+      case LineStatus::Dropped:
+        std::printf("info string line of more than %d bytes dropped\n", longestLine);
+        std::fflush(stdout);
+        logPrintf("uci -> a line of more than %d bytes, dropped\n", longestLine);
+        break;
+      case LineStatus::Woken:
+        break;
+      case LineStatus::Ended:
+        session.inputEnded = true;
+        break;
+    }
+  }
 }

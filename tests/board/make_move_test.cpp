@@ -80,7 +80,6 @@ struct PathWalk {
 
 TEST(MakeMove, EveryPathOfASmallPerftKeepsKeysAndScoresEqualToARecount) {
   initPieceSquare();
-  clearTheStop();
   struct Case { const char* fen; int depth; uint64_t nodes; };  // nodes: the whole tree, root included
   // Castling both ways with pins, kings walking out and back; promotions,
   // under-promotions and captures on the eighth rank; en passant with a

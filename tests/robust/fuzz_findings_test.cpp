@@ -49,9 +49,8 @@ TEST_F(FuzzFinding, CastlingRightsWithoutKingAndRookAtHomeAreDropped) {
   std::string out = serve(lines);
   for (Bitboard rights : {whiteShortMask, whiteLongMask, blackShortMask, blackLongMask})
     EXPECT_NE(game.stack[0].moved & rights, 0u) << "no rook at home on either side";
-  // The second go comes in while the first one searches.
-  EXPECT_EQ(countOf(out, "bestmove "), 1) << out;
-  EXPECT_EQ(countOf(out, "info string go refused while a search runs\n"), 1) << out;
+  // The second go comes in while the first one searches, and waits for its answer.
+  EXPECT_EQ(countOf(out, "bestmove "), 2) << out;
   // The same from the position target: a white king on b5 with rights K.
   out = serve({"position fen n3k22/3p/4pp3/PK2R w KXkq d6 fen novbes\n", "go depth 3\n"});
   EXPECT_TRUE((game.stack[0].moved & whiteShortMask) && (game.stack[0].moved & blackShortMask));

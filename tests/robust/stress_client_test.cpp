@@ -236,13 +236,17 @@ TEST(StressClient, EveryIsReadyIsAnsweredEveryGoGetsOneBestMoveAndQuitEndsWithZe
   if (client.linesUntilEnd > 0) send(client.pendingEnd);
   send("stop");
   if (!testing::Test::HasFatalFailure()) checkReady("the last stop");
+  // The searches held back behind others run in turn: each answers, the
+  // ones that only a command ends at a stop.
+  for (int round = 0; round < 4000 && countOf(engine.transcript, "bestmove ") < goLines; ++round) {
+    engine.send("stop");
+    engine.waitFor("bestmove", 0.05);
+  }
   engine.send("quit");
   EXPECT_EQ(engine.waitForExit(answerSeconds), 0);
   std::remove(client.bookPath.c_str());
-  const int refused = countOf(engine.transcript, "info string go refused while a search runs\n");
-  EXPECT_EQ(countOf(engine.transcript, "bestmove "), goLines - refused)
-      << goLines << " go lines, " << refused << " refused";
-  EXPECT_GT(goLines - refused, 150) << "most searches run";
+  EXPECT_EQ(countOf(engine.transcript, "bestmove "), goLines) << goLines << " go lines";
+  EXPECT_GT(goLines, 150);
   EXPECT_GT(readyChecks, 700);
   // A sanitizer's report, or the text of a stop.
   if (testing::Test::HasFailure()) std::printf("The engine's standard error:\n%s\n", engine.errors().c_str());

@@ -38,33 +38,22 @@ TEST(SelfTest, CheapRowsReproduceTheirStoredMoveScoreAndNodes) {
   }
 }
 
-// The hard limit, which the polls enforce, is the budget's percentage of the
-// goal, or the goal itself for a fixed time per move.
-TEST(SearchLimits, TheHardLimitIsThePercentageOfTheGoalOrAFixedTimeItself) {
+// The hard limit, which the polls enforce, is the request's, or the goal
+// itself for a fixed time per move.
+TEST(SearchLimits, TheHardLimitIsTheRequestsOrAFixedTimeItself) {
   testboard::useEvaluationTables();
-  struct Case { int32_t percent; double goal; bool exactTime; double hard; };
-  const Case cases[] = {{500, 0.2, false, 1.0}, {135, 2.0, false, 2.7}, {500, 0.28, true, 0.28}};
+  struct Case { double goal, hard; bool exactTime; double expected; };
+  const Case cases[] = {{0.2, 1.0, false, 1.0}, {2.0, 2.7, false, 2.7}, {0.28, 1.4, true, 0.28}};
   for (const Case& c : cases) {
     testboard::BatchMode batch;
-    searchLimits.hardTimePercent = c.percent;
     Position root = testboard::rootPosition("4k3/8/8/8/8/8/4P3/4K3 w - -");
     ThinkRequest request;
     request.goalSeconds = c.goal;
+    request.hardSeconds = c.hard;
     request.exactTime = c.exactTime;
+    clearTheStop();
     think(mainSearch, root, request);
-    EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.hard, 1e-9) << c.percent << " " << c.goal;
-  }
-}
-
-TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
-  // 31800 stops the deepening but still prints as centipawns.
-  const std::pair<int, const char*> cases[] = {{31999, "mate 1"},   {31997, "mate 2"},   {31993, "mate 4"},
-                                               {-32000, "mate -1"}, {-31998, "mate -1"}, {-31996, "mate -2"},
-                                               {31800, "cp 31800"}, {-31801, "mate -100"}, {-25, "cp -25"}};
-  char text[scoreTextSize];
-  for (const auto& [score, expected] : cases) {
-    scoreToText(score, text);
-    EXPECT_STREQ(text, expected) << score;
+    EXPECT_NEAR(searchLimits.hardTimeLimit - searchLimits.startTime, c.expected, 1e-9) << c.goal << " " << c.hard;
   }
 }
 

@@ -12,6 +12,7 @@
 #include "../support/engine_session.h"
 #include "../support/legal_moves.h"
 #include "../support/uci_lines.h"
+#include "shell/uci_report.h"
 
 namespace {
 
@@ -100,6 +101,18 @@ TEST(FixedMoveTime, IsSpentWholeAndNotOverrun) {
       EXPECT_GE(seconds, 0.27) << fen;
     }
     EXPECT_LT(seconds, 3.0) << fen;
+  }
+}
+
+TEST(ScoreText, MateDistancesAndTheCentipawnBoundary) {
+  // 31800 stops the deepening but still prints as centipawns.
+  const std::pair<int, const char*> cases[] = {{31999, "mate 1"},   {31997, "mate 2"},   {31993, "mate 4"},
+                                               {-32000, "mate -1"}, {-31998, "mate -1"}, {-31996, "mate -2"},
+                                               {31800, "cp 31800"}, {-31801, "mate -100"}, {-25, "cp -25"}};
+  char text[scoreTextSize];
+  for (const auto& [score, expected] : cases) {
+    scoreToText(score, text);
+    EXPECT_STREQ(text, expected) << score;
   }
 }
 

@@ -11,64 +11,6 @@
 
 namespace {
 
-using Budget = OptionState;
-
-// The clock of the side to move turned into a goal, the last iteration and
-// the hard limit in percent of the goal, for worked examples with 20 ms of
-// overhead; the searches with a limit of their own have no goal.
-TEST_F(Budget, EachRequestGetsItsGoalDepthAndHardLimit) {
-  struct Case { const char* line; int side; double goal; int maxDepth, percent; };
-  constexpr double year = 31622400.0;
-  const Case cases[] = {
-      {"go wtime 60000 btime 60000 winc 1000 binc 1000", White, 2.7567, 99, 500},
-      // Below the reserve of five increments and ten overheads: less than
-      // the increment, and no more than the goal.
-      {"go wtime 2000 btime 9000 winc 1000 binc 0", White, 0.3454, 99, 100},
-      {"go wtime 5000 btime 5000 winc 50 binc 50", White, 0.1792, 99, 500},
-      {"go wtime 300000 btime 1", White, 5.98, 99, 321},  // no increment: the percentage stays
-      {"go wtime 30000 btime 30000 depth 0", Black, 0.58, 99, 321},
-      {"go wtime 60000 btime 1000 movestogo 30 winc 5000", White, 1.855, 99, 504},
-      {"go wtime 1 btime 10000 movestogo 1 binc 5000", Black, 3.3133, 99, 135},
-      {"go wtime 9000 btime 4 movestogo 5", Black, 0.005, 99, 100},  // in deep trouble the goal stops at its floor
-      {"go wtime 10000 btime 10000 depth -1", White, 0.18, 99, 321},  // no depth: the usual budget
-      {"go wtime 10 btime 10 depth 5", White, year, 5, 321},
-      {"go infinite depth 3", White, year, 99, 321},
-      {"go wtime 10 btime 10 nodes 300", White, year, 99, 321},
-      {"go wtime 10 btime 10 movetime 400", White, 0.38, 99, 321},  // spent whole, less the overhead
-  };
-  const SearchLimits savedLimits = searchLimits;
-  for (const Case& c : cases) {
-    searchLimits.hardTimePercent = 321;
-    Words words(c.line);
-    GoRequest request;
-    readGoWords(words.tokens.data(), words.count, request);
-    SearchPlan plan = planSearch(request, c.side, 0.02);
-    EXPECT_NEAR(plan.goal, c.goal, 0.00005) << c.line;
-    EXPECT_EQ(plan.maxDepth, c.maxDepth) << c.line;
-    EXPECT_EQ(searchLimits.hardTimePercent, c.percent) << c.line;
-  }
-  searchLimits = savedLimits;
-}
-
-// A busy machine: every move runs to its hard limit, and every tenth (or
-// twentieth) the engine doesn't get the processor for a while on top. The
-// reserve the budget keeps must absorb that over a long game.
-TEST_F(Budget, ClockWithIncrementSurvivesMovesThatOverrunOnABusyMachine) {
-  struct Case { double base, increment, delay; int every; };
-  const Case cases[] = {{5, 0.05, 0.3, 10}, {10, 0.1, 0.3, 10}, {2, 0.02, 0.2, 20}, {60, 1, 1.5, 10}};
-  const SearchLimits savedLimits = searchLimits;
-  for (const Case& c : cases) {
-    double clock = c.base;
-    for (int move = 1; move <= 300; ++move) {
-      const double goal = timeBudget(clock, c.increment, 0, 0.02);
-      clock -= goal * searchLimits.hardTimePercent * 0.01 + 0.005 + (move % c.every == 0 ? c.delay : 0.0);
-      ASSERT_GT(clock, 0.0) << c.base << " s + " << c.increment << " s lost on time at move " << move;
-      clock += c.increment;
-    }
-  }
-  searchLimits = savedLimits;
-}
-
 // The request as text: clocks and increments white/black, move time, moves
 // to go, depth, node limit (-1 for none), then the flags that are set.
 std::string requestOf(const std::string& line) {

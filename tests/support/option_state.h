@@ -1,6 +1,6 @@
 // In-process tests of the shell: every option saved at the start of a test
 // and put back at the end, the log sent to a temporary file the test can
-// read, and client lines served through the engine's own ring and dispatcher.
+// read, and client lines served through the engine's own dispatcher.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 
 #include "base/log.h"
 #include "base/options.h"
-#include "shell/input_ring.h"
 #include "shell/tokenise.h"
 #include "shell/uci.h"
 
@@ -24,8 +23,6 @@ struct OptionState : testing::Test {
     saved = options;
     savedLog = engineLog.file;
     engineLog.file = std::tmpfile();
-    while (takeInputLine(inputRing)) {
-    }
   }
   void TearDown() override {
     options = saved;
@@ -43,9 +40,9 @@ struct OptionState : testing::Test {
   // Every line served in order, as a client's lines arrive; what the engine
   // printed meanwhile.
   std::string serve(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) storeInputLine(inputRing, line.c_str());
     testing::internal::CaptureStdout();
-    while (inputRing.readIndex != inputRing.writeIndex) uciPoll();
+    for (const std::string& line : lines) takeClientLine(line.c_str());
+    runWaitingCommands();
     return testing::internal::GetCapturedStdout();
   }
 };
