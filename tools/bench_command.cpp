@@ -17,7 +17,7 @@
 
 #include "batch_search.h"
 #include "commands.h"
-#include "match_engine.h"
+#include "engine_process.h"
 #include "shell/self_test.h"
 
 namespace {
@@ -44,7 +44,6 @@ long long numberAfter(const std::string& line, const char* word) {
 
 int benchCommand(int argc, char** argv) {
   EngineSetup setup;
-  setup.name = "bench";
   setup.command = engineBesideTool();
   if (const char* command = takeFlagValue(argc, argv, "--engine")) setup.command = command;
   const char* threadsText = takeFlagValue(argc, argv, "--threads");
@@ -62,7 +61,7 @@ int benchCommand(int argc, char** argv) {
 
   EngineProcess engine;
   std::string line;
-  const auto later = [] { return secondsAfter(MatchClock::now(), 3600.0); };
+  const auto later = [] { return secondsAfter(EngineClock::now(), 3600.0); };
   bool ready = engine.start(setup) && engine.send("uci");
   while (ready && engine.readLine(line, later()) == EngineRead::Line && line != "uciok") {}
   for (const auto& [name, value] : setup.options) ready = ready && engine.send("setoption name " + name + " value " + value);
@@ -81,14 +80,14 @@ int benchCommand(int argc, char** argv) {
       engine.send("isready");
       while (engine.readLine(line, later()) == EngineRead::Line && line != "readyok") {}
     }
-    const auto start = MatchClock::now();
+    const auto start = EngineClock::now();
     engine.send(std::string("position fen ") + fen);
     engine.send("go depth " + std::to_string(depth));
     long long nodes = -1;
     // The last count before bestmove is the whole search's.
     while (engine.readLine(line, later()) == EngineRead::Line && line.rfind("bestmove", 0) != 0)
       if (long long seen = numberAfter(line, " nodes "); seen >= 0) nodes = seen;
-    const double seconds = std::chrono::duration<double>(MatchClock::now() - start).count();
+    const double seconds = std::chrono::duration<double>(EngineClock::now() - start).count();
     if (line.rfind("bestmove", 0) != 0 || nodes < 0) {
       std::fprintf(stderr, "bench: the engine gave no answer to row %d\n", row);
       return 1;

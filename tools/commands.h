@@ -7,5 +7,4 @@ int evalCommand(int argc, char** argv);
 int bookKeyCommand(int argc, char** argv);
 int fingerprintsCommand(int argc, char** argv);
 int traceCommand(int argc, char** argv);
-int matchCommand(int argc, char** argv);
 int benchCommand(int argc, char** argv);

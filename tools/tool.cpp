@@ -18,8 +18,7 @@ constexpr Subcommand subcommands[] = {
     {"bookkey", "FEN...", bookKeyCommand},
     {"fingerprints", "[--seed N] [ROWS...]", fingerprintsCommand},
     {"trace", "[--seed N] [--iterations] ROW | DEPTH FEN...", traceCommand},
-    {"bench", "[DEPTH] [--engine PATH]", benchCommand},
-    {"match", "-engine name=N cmd=PATH ... -engine ... -tc BASE[+INC] [...]", matchCommand},
+    {"bench", "[DEPTH] [--engine PATH] [--threads N]", benchCommand},
 };
 
 void printUsage() {

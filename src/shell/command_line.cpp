@@ -15,14 +15,24 @@ const SwitchRow switchTable[] = {
     {"cpu", &clockSettings.wholeSeconds, SwitchInteger},
     {"pgn", &commandLine.pgn, SwitchFlag},
     {"quiet", nullptr, SwitchNone},
+    {"help", &commandLine.help, SwitchFlag},
+    {"h", &commandLine.help, SwitchFlag},
+    // --help, as most programs spell it: the name after the first dash.
+    {"-help", &commandLine.help, SwitchFlag},
     {"", nullptr, SwitchNone},
 };
 
-void usage(const char* programName) {
-  std::fprintf(stderr, "\nusage: %s {options} \n\n", programName);
-  std::fprintf(stderr, "  -log FILE      log file name\n");
-  std::fprintf(stderr, "  -help          display this help message\n");
-  std::fprintf(stderr, "\n");
+void usage(std::FILE* out, const char* programName) {
+  std::fprintf(out,
+               "usage: %s [-log FILE] [-test] [-makeTestData] [-cpu N] [-pgn] [-quiet] [-help]\n"
+               "  -log FILE      append a trace of every command and search to FILE\n"
+               "  -test          run the self-test: a determinism check and a benchmark\n"
+               "  -makeTestData  search the self-test positions and print a new table of results\n"
+               "  -cpu N         any N but 0 measures time in whole seconds\n"
+               "  -pgn, -quiet   accepted, no effect\n"
+               "  -help, -h      print this text and exit\n"
+               "Without a switch the engine reads UCI commands on standard input.\n",
+               programName);
 }
 
 namespace {
@@ -41,19 +51,19 @@ int readSwitches(int argc, char** argv) {
     const char* argument = argv[i];
     if (argument[0] != '-') {
       std::fprintf(stderr, "Error in command line processing.  option expected at argument %d\n", i);
-      usage(argv[0]);
+      usage(stderr, argv[0]);
       return -1;
     }
     const SwitchRow* row = findSwitch(argument + 1);
     if (!row) {
       std::fprintf(stderr, "Error. option %s not found.\n", argument);
-      usage(argv[0]);
+      usage(stderr, argv[0]);
       return -1;
     }
     if (row->type == SwitchString || row->type == SwitchInteger) {
       if (i + 1 >= argc) {
         std::fprintf(stderr, "Error.  No argument.\n");
-        usage(argv[0]);
+        usage(stderr, argv[0]);
         return -1;
       }
       const char* value = argv[++i];

@@ -67,6 +67,10 @@ int engineMain(int argc, char** argv) {
   std::fflush(nullptr);
 
   if (readSwitches(argc, argv) != 0) return -1;
+  if (commandLine.help) {
+    usage(stdout, argv[0]);
+    return 0;
+  }
   // A log file that can't be opened means no log; the engine runs on.
   if (commandLine.logFileName[0]) openLog(commandLine.logFileName);
 

@@ -1,4 +1,4 @@
-#include "match_engine.h"
+#include "engine_process.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -7,13 +7,13 @@
 #include <unistd.h>
 
 bool EngineProcess::start(const EngineSetup& setup) {
-  // A write to an engine that has died must fail, not end the referee.
+  // A write to an engine that has died must fail, not end this process.
   std::signal(SIGPIPE, SIG_IGN);
   std::vector<char*> argv{const_cast<char*>(setup.command.c_str())};
   for (const std::string& argument : setup.arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
-  // Close-on-exec keeps the other engine and the other games' pipes out of
-  // this engine, so an end of file means what it says.
+  // Close-on-exec keeps the pipes of any other child out of this engine, so
+  // an end of file means what it says.
   int in[2], out[2];
   if (pipe2(in, O_CLOEXEC) != 0) return false;
   if (pipe2(out, O_CLOEXEC) != 0) {
@@ -56,7 +56,7 @@ bool EngineProcess::send(const std::string& line) {
   return true;
 }
 
-EngineRead EngineProcess::readLine(std::string& line, MatchClock::time_point deadline) {
+EngineRead EngineProcess::readLine(std::string& line, EngineClock::time_point deadline) {
   for (;;) {
     size_t end = pending_.find('\n');
     if (end != std::string::npos) {
@@ -66,7 +66,7 @@ EngineRead EngineProcess::readLine(std::string& line, MatchClock::time_point dea
       return EngineRead::Line;
     }
     if (output_ < 0) return EngineRead::Closed;
-    auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - MatchClock::now()).count();
+    auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - EngineClock::now()).count();
     if (left < 0) return EngineRead::Timeout;
     pollfd ready{output_, POLLIN, 0};
     // Rounded up, so that a poll never returns a hair before the deadline.
@@ -91,9 +91,9 @@ void EngineProcess::stop(double graceSeconds) {
     input_ = -1;
   }
   if (child_ > 0) {
-    auto deadline = secondsAfter(MatchClock::now(), graceSeconds);
+    auto deadline = secondsAfter(EngineClock::now(), graceSeconds);
     while (waitpid(child_, nullptr, WNOHANG) == 0) {
-      if (MatchClock::now() >= deadline) {
+      if (EngineClock::now() >= deadline) {
         kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
         break;

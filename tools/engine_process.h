@@ -1,6 +1,6 @@
-// One engine of `tarvok-tool match` as a child process on two pipes: lines
-// go in, lines come out, and every wait has a deadline, because an engine
-// that hangs must lose its game, not stall the match.
+// An engine as a child process on two pipes, as `tarvok-tool bench` drives
+// it: lines go in, lines come out, and every wait has a deadline, because an
+// engine that hangs must end the command with an error, not stall it.
 #pragma once
 
 #include <chrono>
@@ -9,14 +9,13 @@
 #include <vector>
 #include <sys/types.h>
 
-using MatchClock = std::chrono::steady_clock;
+using EngineClock = std::chrono::steady_clock;
 
-inline MatchClock::time_point secondsAfter(MatchClock::time_point start, double seconds) {
-  return start + std::chrono::duration_cast<MatchClock::duration>(std::chrono::duration<double>(seconds));
+inline EngineClock::time_point secondsAfter(EngineClock::time_point start, double seconds) {
+  return start + std::chrono::duration_cast<EngineClock::duration>(std::chrono::duration<double>(seconds));
 }
 
 struct EngineSetup {
-  std::string name;
   std::string command;
   std::vector<std::string> arguments;
   std::vector<std::pair<std::string, std::string>> options;  // UCI option name, value
@@ -37,7 +36,7 @@ class EngineProcess {
   // False once the engine no longer reads its input.
   bool send(const std::string& line);
   // The next line without its line ending, waiting until deadline at most.
-  EngineRead readLine(std::string& line, MatchClock::time_point deadline);
+  EngineRead readLine(std::string& line, EngineClock::time_point deadline);
   // Sends quit, gives the engine graceSeconds to exit, then kills it.
   void stop(double graceSeconds = 2.0);
 
