@@ -104,7 +104,10 @@ const OptionDeclaration optionRows[] = {
     spin("Red depth threshold", &EngineOptions::redDepthThreshold, 0, 100, rebuildEvaluationAndReductions),
     spin("King Safety Aggressiveness", &EngineOptions::kingSafetyAggressiveness, 0, 10,
          rebuildEvaluationAndReductions),
-    spin("move overhead milliseconds", &EngineOptions::moveOverheadMs, 0, 30000, rebuildEvaluationAndReductions),
+    // Announced under the name GUIs and bots set for this setting; the
+    // engine's own former name is still taken.
+    spin("Move Overhead", &EngineOptions::moveOverheadMs, 0, 30000, rebuildEvaluationAndReductions,
+         "move overhead milliseconds"),
     spin("Drawscore", &EngineOptions::drawScore, -50, 50, rebuildEvaluationAndReductions),
     spin("Threads", &EngineOptions::threads, 1, 256, changeThreadCount),
 };
