@@ -139,31 +139,21 @@ const char* optionTypeWord(OptionType type) {
   return "";
 }
 
-void optionValueText(const OptionDeclaration& option, const EngineOptions& values, char* text, size_t size) {
+void announceOption(const OptionDeclaration& option) {
+  std::printf("option name %s type %s", option.name, optionTypeWord(option.type));
   switch (option.type) {
     case OptionType::Check:
-      std::snprintf(text, size, "%s", values.*option.number ? "true" : "false");
-      return;
+      std::printf(" default %s", options.*option.number ? "true" : "false");
+      break;
     case OptionType::Spin:
-      std::snprintf(text, size, "%d", values.*option.number);
-      return;
+      std::printf(" default %d min %d max %d", options.*option.number, option.minimum, option.maximum);
+      break;
     case OptionType::String:
-      std::snprintf(text, size, "%s", values.*option.text);
-      return;
+      std::printf(" default %s", options.*option.text);
+      break;
     case OptionType::Button:
       break;
   }
-  if (size > 0) text[0] = '\0';
-}
-
-void announceOption(const OptionDeclaration& option) {
-  std::printf("option name %s type %s", option.name, optionTypeWord(option.type));
-  if (option.type != OptionType::Button) {
-    char value[bookFileNameSize];
-    optionValueText(option, options, value, sizeof value);
-    std::printf(" default %s", value);
-  }
-  if (option.type == OptionType::Spin) std::printf(" min %d max %d", option.minimum, option.maximum);
   std::printf("\n");
 }
 

@@ -5,7 +5,6 @@
 // is the start value of its field in EngineOptions.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -36,10 +35,6 @@ const OptionDeclaration* findOption(const char* name);
 
 // "check", "spin", "button" or "string", as the uci answer writes it.
 const char* optionTypeWord(OptionType type);
-
-// The option's value in values as the uci answer writes it: true or false,
-// a number, a file name; empty for a button.
-void optionValueText(const OptionDeclaration& option, const EngineOptions& values, char* text, size_t size);
 
 // The option's line of the uci answer, with the value in force as default.
 void announceOption(const OptionDeclaration& option);
