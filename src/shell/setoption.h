@@ -1,5 +1,8 @@
-// The setoption command: finds an option by name and sets it.
+// The setoption command: finds an option by name in the option table and
+// sets it.
 #pragma once
+
+#include "shell/option_table.h"
 
 constexpr int optionTextSize = 1024;
 
@@ -12,22 +15,19 @@ constexpr int optionTextSize = 1024;
 struct OptionText {
   char optionName[optionTextSize];
   char optionValue[optionTextSize];
-  char bookFileValue[512];
+  char bookFileValue[bookFileNameSize];
 };
 
 // tokens[0] is "setoption"; count includes it. Texts longer than their
 // buffers are cut.
 void readOptionText(char** tokens, int count, OptionText& text);
 
-// The whole command: reads the line, then sets the first option it matches,
-// or reports it as not recognized.
+// The whole command: reads the line, then sets the option it names and
+// carries out what the change does, or reports the name as not recognized.
+// A spin value is held to the option's range; a check value other than true
+// or false is refused and the option keeps its value.
 void setoptionCommand(char** tokens, int count);
 
 // True when the line names the option `name` (in lower case), read as the
 // command reads it.
 bool namesOption(char** tokens, int count, const char* name);
-
-// Builds the evaluation's tables for the options in force and empties
-// everything that holds values of the former setting: the hash table and the
-// evaluation caches.
-void rebuildEvaluation();

@@ -13,6 +13,7 @@
 #include "search/threads.h"
 #include "shell/game.h"
 #include "shell/go_command.h"
+#include "shell/option_table.h"
 #include "shell/position_command.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
@@ -28,8 +29,6 @@ uint32_t commandHash(const char* word) {
 }
 
 namespace {
-
-const char* checkText(int32_t value) { return value ? "true" : "false"; }
 
 // The hash of the line's first word; 0 for a line of blanks.
 uint32_t firstWordHash(const char* line) {
@@ -110,17 +109,7 @@ bool answeredAtOnce(uint32_t hash) {
 void printUciAnswer() {
   std::printf("id name %s %s\n", engineName, engineVersion);
   std::printf("id author Orin Tessaly, Quill Marrow\n");
-  std::printf("option name Ponder type check default true\n");
-  std::printf("option name Hash type spin default %d min 0 max %d\n", options.hashSizeMb, maxHashMb);
-  std::printf("option name Clear Hash type button\n");
-  std::printf("option name OwnBook type check default %s\n", checkText(options.ownBook));
-  std::printf("option name MultiPV type spin default %d min 1 max 99\n", options.multiPv);
-  std::printf("option name Book File type string default %s\n", options.bookFileName);
-  for (const EngineOption* row = checkOptions; row->name[0]; ++row)
-    std::printf("option name %s type check default %s\n", row->name, checkText(options.*row->value));
-  for (const EngineOption* row = spinOptions; row->name[0]; ++row)
-    std::printf("option name %s type spin default %d min %d max %d\n", row->name, options.*row->value,
-                row->minimum, row->maximum);
+  for (const OptionDeclaration& option : declaredOptions) announceOption(option);
   std::printf("uciok\n");
   std::fflush(stdout);
 }

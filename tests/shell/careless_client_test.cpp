@@ -47,7 +47,7 @@ TEST(CarelessClient, SpinValuesBeyondTheirRangesAreHeldToTheNearerEnd) {
                        "option name Hash type spin default 0 min 0 max 4096",
                        "option name Red depth threshold type spin default 100 min 0 max 100",
                        "option name King Safety Aggressiveness type spin default 0 min 0 max 10",
-                       "option name move overhead milliseconds type spin default 0 min 0 max 30000",
+                       "option name Move Overhead type spin default 0 min 0 max 30000",
                        "option name Drawscore type spin default 50 min -50 max 50",
                        "option name Threads type spin default 1 min 1 max 256",
                    }));

@@ -25,7 +25,7 @@ const char* const uciAnswer =
     "option name UCI_Chess960 type check default false\n"
     "option name Red depth threshold type spin default 10 min 0 max 100\n"
     "option name King Safety Aggressiveness type spin default 6 min 0 max 10\n"
-    "option name move overhead milliseconds type spin default 20 min 0 max 30000\n"
+    "option name Move Overhead type spin default 20 min 0 max 30000\n"
     "option name Drawscore type spin default -5 min -50 max 50\n"
     "option name Threads type spin default 1 min 1 max 256\n"
     "uciok\n";

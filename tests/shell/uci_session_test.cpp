@@ -131,7 +131,7 @@ TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndH
   for (const char* changed : {"OwnBook type check default false", "MultiPV type spin default 1 min 1 max 99",
                               "Book File type string default My Books/Big Opening File.BIN",
                               "use lmr type check default false", "null move pruning type check default true",
-                              "move overhead milliseconds type spin default 150 min 0 max 30000",
+                              "Move Overhead type spin default 150 min 0 max 30000",
                               "Drawscore type spin default 7 min -50 max 50", "Threads type spin default 2 min 1 max 256"})
     EXPECT_EQ(std::count(options.begin(), options.begin() + 16, std::string("option name ") + changed), 1) << changed;
   EXPECT_EQ(options[20], "option name MultiPV type spin default 99 min 1 max 99");
