@@ -194,3 +194,55 @@ TEST(UciSession, DeterministicSearchesRepeatAcrossProcessesAndAfterOtherSearches
 }
 
 }  // namespace
+
+namespace {
+
+constexpr const char* mateInTwo = "kbK5/pp6/1P6/8/8/8/8/R7 w - -";
+
+// Commands piped behind a search wait for it and then run in order; a
+// position the engine can't set up is refused and the game is kept.
+TEST(UciSession, PipedCommandsRunInOrderBehindTheSearchAndABadPositionKeepsTheGame) {
+  ProcessResult run = runProgram(TARVOK_ENGINE_PATH, {},
+                                 "position startpos moves e2e4\ngo depth 6\ngo depth 6\n"
+                                 "position foo\ngo depth 3\n"
+                                 "position fen 4k3/8/8/8/8/8/8/4K3 x - -\ngo depth 3\n",
+                                 30.0);
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  const std::vector<std::string> answers = linesStartingWith(run.standardOutput, "bestmove ");
+  ASSERT_EQ(answers.size(), 4u) << run.standardOutput;
+  for (const std::string& answer : answers)
+    EXPECT_TRUE(isLegalMove(startPositionFen, wordAfter(answer, "bestmove"), {"e2e4"})) << answer;
+  EXPECT_EQ(linesStartingWith(run.standardOutput, "info string"),
+            (std::vector<std::string>{"info string position refused: position needs startpos or fen",
+                                      "info string position refused: the side to move must be w or b"}));
+}
+
+// Analysis never answers on its own: a go infinite that has found a mate
+// waits for stop, and with several lines every depth shows them all.
+TEST(UciSession, AnalysisOfAMateWaitsForStopAndShowsEveryLineAtEveryDepth) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send(std::string("position fen ") + mateInTwo + "\ngo infinite");
+  ASSERT_NE(engine.waitFor("info depth 2 seldepth 4 score mate 2 ", 10.0), "");
+  EXPECT_EQ(engine.waitFor("bestmove", 1.0), "") << "no answer before stop";
+  auto asked = Clock::now();
+  engine.send("isready");
+  EXPECT_EQ(engine.waitFor("readyok", 5.0), "readyok");
+  EXPECT_LT(secondsSince(asked), 0.5);
+  auto stopped = Clock::now();
+  engine.send("stop");
+  EXPECT_EQ(wordAfter(engine.waitFor("bestmove", 5.0), "bestmove"), "a1a6");
+  EXPECT_LT(secondsSince(stopped), 0.5);
+
+  const size_t from = engine.transcript.size();
+  engine.send("setoption name MultiPV value 3\ngo depth 12");
+  ASSERT_NE(engine.waitFor("bestmove", 30.0), "");
+  std::map<int, std::vector<int>> ranks;
+  for (const std::string& line : multiPvLines(engine.transcript.substr(from)))
+    ranks[std::stoi(wordAfter(line, "depth"))].push_back(std::stoi(wordAfter(line, "multipv")));
+  ASSERT_EQ(ranks.size(), 12u) << engine.transcript.substr(from);
+  for (const auto& [depth, seen] : ranks) EXPECT_EQ(seen, (std::vector<int>{1, 2, 3})) << depth;
+  EXPECT_NE(engine.transcript.find(" multipv 1 score mate 2 ", from), std::string::npos);
+}
+
+}  // namespace
