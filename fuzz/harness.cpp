@@ -17,9 +17,9 @@
 #include "search/limits.h"
 #include "search/reductions.h"
 #include "search/search_state.h"
+#include "search/threads.h"
 #include "shell/game.h"
 #include "shell/go_command.h"
-#include "shell/input_ring.h"
 #include "shell/position_command.h"
 #include "shell/setoption.h"
 #include "shell/tokenise.h"
@@ -29,23 +29,32 @@ namespace {
 
 constexpr int harnessHashMb = 1;
 constexpr int largestHashMb = 16;
-constexpr int batchLines = 100;  // well below the 127 unread lines the ring holds
+constexpr int batchLines = 100;  // lines handed over before the searches they start are stopped
 
 EngineOptions defaultOptions;
 
 bool startsWithWord(const std::string& line, const char* word) {
-  char copy[slotBytes];
+  char copy[lineBytes];
   std::snprintf(copy, sizeof copy, "%s", line.c_str());
   copy[std::strcspn(copy, "\f\n\r")] = 0;
-  char* tokens[slotBytes / 2 + 1];
+  char* tokens[lineBytes / 2 + 1];
   return tokenise(copy, tokens) > 0 && std::strcmp(tokens[0], word) == 0;
 }
 
-void serveBatch(std::vector<std::string>& batch, bool hasGo) {
-  if (hasGo) batch.push_back("stop\n");
-  for (const std::string& line : batch) storeInputLine(inputRing, line.c_str());
+// The lines as the input thread takes them; then every search is stopped
+// in turn (each ends after its first iteration) and what waited behind it
+// runs, until nothing is left.
+void serveBatch(std::vector<std::string>& batch) {
+  for (const std::string& line : batch) takeClientLine(line.c_str());
   batch.clear();
-  while (inputRing.readIndex != inputRing.writeIndex) uciPoll();
+  for (;;) {
+    stopTheSearch();
+    waitForMainSearch();
+    if (uciSession.waiting.empty()) break;
+    const std::string line = std::move(uciSession.waiting.front());
+    uciSession.waiting.pop_front();
+    takeClientLine(line.c_str());
+  }
 }
 
 }  // namespace
@@ -82,12 +91,10 @@ void resetEngine() {
   mainSearch.history = MoveHistory{};
 
   searchLimits = SearchLimits{};
-  nodeCounter = NodeCounter{};
   searchSession = SearchSession{};
   game.startPositionPending = 1;
-  inputRing.readIndex = 0;
-  inputRing.writeIndex = 0;
-  inputRing.inputEnded = 1;
+  uciSession.waiting.clear();
+  uciSession.inputEnded = false;
 }
 
 std::vector<std::string> readerLines(const uint8_t* data, size_t size) {
@@ -109,10 +116,10 @@ std::vector<std::string> readerLines(const uint8_t* data, size_t size) {
 
 std::string withSmallHash(const std::string& line) {
   if (!startsWithWord(line, "setoption")) return line;
-  char copy[slotBytes];
+  char copy[lineBytes];
   std::snprintf(copy, sizeof copy, "%s", line.c_str());
   copy[std::strcspn(copy, "\f\n\r")] = 0;
-  char* tokens[slotBytes / 2 + 1];
+  char* tokens[lineBytes / 2 + 1];
   int count = tokenise(copy, tokens);
   static OptionText text;
   readOptionText(tokens, count, text);
@@ -123,17 +130,12 @@ std::string withSmallHash(const std::string& line) {
 
 int serveLines(const std::vector<std::string>& lines) {
   std::vector<std::string> batch;
-  bool hasGo = false;
   try {
     for (const std::string& line : lines) {
       batch.push_back(withSmallHash(line));
-      hasGo = hasGo || startsWithWord(line, "go");
-      if (static_cast<int>(batch.size()) >= batchLines) {
-        serveBatch(batch, hasGo);
-        hasGo = false;
-      }
+      if (static_cast<int>(batch.size()) >= batchLines) serveBatch(batch);
     }
-    serveBatch(batch, hasGo);
+    serveBatch(batch);
   } catch (const EngineExit& exit) {
     return exit.code;
   }

@@ -1,6 +1,6 @@
 // What the fuzz targets share: the engine prepared once per process and put
 // back into one known state before each input, lines fed to it through its
-// own input ring, and its fatal stops and quit turned into an exception that
+// own dispatcher, and its fatal stops and quit turned into an exception that
 // comes back to the target (engine_exit_unwind.cpp stands in for the
 // engine's own exits in these builds).
 #pragma once
@@ -23,7 +23,7 @@ void prepareEngine();
 
 // Before each input: options back to their defaults (tables rebuilt if any
 // changed), an empty hash table and history, the start position as the
-// game, the flags of a fresh engine, an empty ring whose input has ended.
+// game, the flags of a fresh engine, no command waiting.
 void resetEngine();
 
 // The input cut into lines as the engine's reader cuts standard input: at
@@ -35,8 +35,8 @@ std::vector<std::string> readerLines(const uint8_t* data, size_t size);
 // fuzzer's memory is the limit here, not the engine's.
 std::string withSmallHash(const std::string& line);
 
-// Stores the lines in the ring in batches and runs uciPoll until each batch
-// is served. A batch that holds a go ends with a stop, so that every search
-// ends within its first poll after the batch's own lines. Returns the exit
-// code if the engine would have ended, else -1.
+// Hands the lines to the dispatcher in batches, as the input thread does,
+// and stops every search once the batch is in, so that each ends after its
+// first iteration and what waited behind it runs. Returns the exit code if
+// the engine would have ended, else -1.
 int serveLines(const std::vector<std::string>& lines);

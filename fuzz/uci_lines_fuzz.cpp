@@ -1,5 +1,5 @@
 // The line handler: any bytes, cut into lines as the reader cuts standard
-// input, served by uciPoll.
+// input, served by the dispatcher.
 #include <cstddef>
 #include <cstdint>
 

@@ -90,9 +90,9 @@ void endHelpers() {
 }  // namespace
 
 SearchThreads::~SearchThreads() {
-  // The shell lets a search answer before the engine ends; should one still
-  // run, it sees the stop and ends.
-  stopTheSearch();
+  // The shell lets a search answer before the engine ends, so the threads
+  // are idle here; a helper that still ran would see the stop and end.
+  searchSignals.stop = 1;
   endHelpers();
   if (!main) return;
   {
