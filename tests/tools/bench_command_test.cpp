@@ -96,4 +96,21 @@ TEST(Bench, EachSelfTestRowAtDepthTenSearchesItsSignedNodeCount) {
       << fresh.str();
 }
 
+// A fresh engine has nothing to forget: its first search, without the
+// deterministic option, is the bench's search of that row.
+TEST(Bench, AFreshEnginesFirstSearchIsTheBenchsSearchOfItsRow) {
+  for (int row : {3, 38, 43}) {
+    char fen[160];
+    testRowFen(row, fen);
+    EngineSession engine(TARVOK_ENGINE_PATH);
+    engine.send(std::string("position fen ") + fen + "\ngo depth " + std::to_string(signatureDepth));
+    ASSERT_NE(engine.waitFor("bestmove", 60.0), "") << "row " << row;
+    std::string counted;  // the last count before bestmove is the whole search's
+    for (const std::string& line : linesStartingWith(engine.transcript, "info "))
+      if (!wordAfter(line, "nodes").empty()) counted = line;
+    EXPECT_EQ(std::strtoull(wordAfter(counted, "nodes").c_str(), nullptr, 10), signedRowNodes[row])
+        << "row " << row << ": " << counted;
+  }
+}
+
 }  // namespace
