@@ -63,6 +63,25 @@ TEST_F(Evaluate, ReferenceValuesTheSameForBothColours) {
     EXPECT_EQ(evaluate(rootPosition(fen), evalCaches), evaluate(rootPosition(colourMirror(fen).c_str()), evalCaches)) << fen;
 }
 
+// Without pawns, balances the ending list doesn't name keep a tenth of the
+// lead while the gap is at most two in minor-piece thirds (a knight is 3, a
+// rook 5, a queen 9), a fifth at three and two fifths beyond: KRB against KR
+// shows about a fifth of its bishop, KRR against KR two fifths of its rook.
+TEST_F(Evaluate, PawnlessEndingsOutsideTheListKeepAShareOfTheLeadThatGrowsWithTheGap) {
+  struct Case { const char* fen; int value; };
+  const Case cases[] = {
+      {"4k3/8/8/8/8/8/3q4/RR2K3 w - -", 1},      // two rooks against a queen: a gap of 1
+      {"2n1k3/8/8/8/8/8/8/RR2K1r1 w - -", 30},   // two rooks against rook and knight: 2
+      {"4k3/8/8/8/8/8/8/RB2K2r w - -", 78},      // rook and bishop against a rook: 3
+      {"1bn1k3/8/8/8/8/8/8/3QK3 w - -", 90},     // a queen against bishop and knight: 3
+      {"4k3/8/8/8/8/8/8/RR2K1r1 b - -", -233},   // two rooks against a rook: 5
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(evaluate(rootPosition(c.fen), evalCaches), c.value) << c.fen;
+    EXPECT_EQ(evaluate(rootPosition(colourMirror(c.fen).c_str()), evalCaches), c.value) << colourMirror(c.fen);
+  }
+}
+
 TEST_F(Evaluate, TheCacheAnswersASecondCallAndASettingChangeEmptiesIt) {
   Position p = rootPosition("r1bq1rk1/ppp2ppp/2n2n2/3pp3/1b1PP3/2N2N2/PPP2PPP/R1BQKB1R w KQ -");
   uint64_t probes = evalCaches.etableProbes;

@@ -116,6 +116,28 @@ TEST(UciSession, MultiPvReportsThreeDistinctLinesEachIterationBestFirst) {
   EXPECT_EQ(wordAfter(lastLineStartingWith(run.standardOutput, "bestmove "), "bestmove"), firstMoves[6][0]);
 }
 
+// A node limit that stops an iteration between its lines leaves the lines
+// not searched again with the score of their last finished search. A queen
+// against three pawns, every line loses, wherever the limit falls; the
+// answer is the first move of the best line shown.
+TEST(UciSession, MultiPvStoppedBetweenItsLinesShowsEachWithItsLastFinishedScore) {
+  EngineSession engine(TARVOK_ENGINE_PATH);
+  engine.send("setoption name MultiPV value 2\nposition fen 3qk3/8/8/8/8/8/PPP5/1K6 w - -");
+  for (int limit = 1000; limit <= 40000; limit += 1300) {
+    const size_t from = engine.transcript.size();
+    engine.send("go nodes " + std::to_string(limit));
+    ASSERT_NE(engine.waitFor("bestmove", 10.0), "") << limit;
+    const std::vector<std::string> rows = multiPvLines(engine.transcript.substr(from));
+    ASSERT_FALSE(rows.empty()) << limit;
+    for (const std::string& line : rows) EXPECT_LT(std::stoi(wordAfter(line, "cp")), -200) << limit << ": " << line;
+    const std::string best = lastLineStartingWith(engine.transcript.substr(from), "bestmove ");
+    std::string lastFirst;
+    for (const std::string& line : rows)
+      if (wordAfter(line, "multipv") == "1") lastFirst = line;
+    EXPECT_EQ(wordAfter(best, "bestmove"), wordAfter(lastFirst, "pv")) << limit << ": " << lastFirst;
+  }
+}
+
 TEST(UciSession, SetOptionTakesNamesInAnyCaseASecondUciShowsTheValuesInForceAndHashZeroStillPlays) {
   EngineSession engine(TARVOK_ENGINE_PATH);
   engine.send("setoption name USE LMR value FALSE\nsetoption name null MOVE pruning value Maybe\n"
