@@ -88,7 +88,9 @@ TEST(Engine, ACommandLineErrorPrintsTheUsageAndExitsWith255) {
     const bool accepted = c.message[0] == 0;
     EXPECT_EQ(run.exitCode, accepted ? 0 : 255) << c.message;
     EXPECT_EQ(run.standardOutput, accepted ? "readyok\n" : "") << c.message;
-    if (!accepted) EXPECT_EQ(run.standardError, c.message + help);
+    if (!accepted) {
+      EXPECT_EQ(run.standardError, c.message + help);
+    }
   }
 }
 
