@@ -123,7 +123,6 @@ bool Table::playTurn(int gameNumber) {
   }
   // Within the margin the clock stops at zero rather than going below it.
   remaining[side] = std::max(0.0, remaining[side] - used) + settings.incrementSeconds;
-  useGame(game);
   Move move = findMove(game.position, best, settings.chess960);
   if (!move) {
     ++tallyOf(side).illegalMoves;

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "base/options.h"
+#include "board/castling.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/make_move.h"
@@ -153,11 +154,6 @@ const char* endingName(Ending ending) {
   return "none";
 }
 
-void useGame(const RefereeGame& game) {
-  castlingSetup = game.castling;
-  options.chess960 = game.chess960 ? 1 : 0;
-}
-
 std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess960) {
   std::vector<std::string> fields = words(epdLine.substr(0, epdLine.find(';')));
   if (fields.size() < 4) return "fewer than four FEN fields";
@@ -170,9 +166,12 @@ std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess9
   game.halfmoveClock = counted ? std::stoi(fields[4].substr(0, 6)) : 0;
   game.firstMoveNumber = counted ? std::max(1, std::stoi(fields[5].substr(0, 6))) : 1;
   std::string placement = fields[0] + " " + fields[1] + " " + fields[2] + " " + fields[3];
+  // The variant decides only how the FEN reader takes KQkq: in Chess960 the
+  // outermost rooks, wherever they stand.
+  const int32_t chess960Before = options.chess960;
   options.chess960 = chess960 ? 1 : 0;
   parseFen(game.position, placement.c_str());
-  game.castling = castlingSetup;
+  options.chess960 = chess960Before;
   dropUnfitRights(game.position);
   if (const char* defect = positionDefect(game.position)) return defect;
   game.position.inCheck = kingAttacked(game.position, sideToMove(game.position));
@@ -185,14 +184,14 @@ std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess9
 // writes the king's two-square step (e1g1), Chess960 the king taking its own
 // rook (e1h1), since there the king may move one square or none. Every move
 // text the referee reads or writes passes through here.
-std::string moveText(Move move, bool chess960) {
-  char text[8];
-  moveToText(move, text);
-  if (chess960 && moveKind(move) == KindCastle) {
+std::string moveText(const Position& position, Move move, bool chess960) {
+  if (moveKind(move) == KindCastle) {
     const int colour = rankOfSquare(moveFrom(move)) == 0 ? White : Black;
-    Square rook = castlingSetup.rookHome[colour][fileOfSquare(moveTo(move)) == 6 ? ShortSide : LongSide];
-    return squareText(moveFrom(move)) + squareText(rook);
+    const int side = fileOfSquare(moveTo(move)) == 6 ? ShortSide : LongSide;
+    return squareText(moveFrom(move)) + squareText(chess960 ? castlingRookHome(position.castling, colour, side) : moveTo(move));
   }
+  char text[8];
+  moveToText(position, move, text);
   return text;
 }
 
@@ -200,7 +199,7 @@ Move findMove(const Position& position, const std::string& text, bool chess960) 
   Move list[maxGeneratedMoves];
   int count = legalMoves(position, list);
   for (int i = 0; i < count; ++i)
-    if (moveText(list[i], chess960) == text) return list[i];
+    if (moveText(position, list[i], chess960) == text) return list[i];
   return 0;
 }
 
@@ -246,8 +245,7 @@ std::string sanText(const Position& position, Move move) {
 }
 
 void playMove(RefereeGame& game, Move move) {
-  useGame(game);
-  game.moves.push_back(moveText(move, game.chess960));
+  game.moves.push_back(moveText(game.position, move, game.chess960));
   game.sanMoves.push_back(sanText(game.position, move));
   LineState line{game.position, game.halfmoveClock, std::move(game.keys)};
   advance(line, move);
@@ -257,7 +255,6 @@ void playMove(RefereeGame& game, Move move) {
 }
 
 Ending gameEnding(const RefereeGame& game) {
-  useGame(game);
   return endingOf({game.position, game.halfmoveClock, game.keys}); }
 
 std::string positionCommand(const RefereeGame& game) {
@@ -275,7 +272,6 @@ const char* faultPhrase(OutputFault fault) {
 }
 
 OutputCheck judgeEngineLine(const RefereeGame& game, const std::string& line, std::string& primaryMove) {
-  useGame(game);
   std::vector<std::string> tokens = words(line);
   OutputCheck check;
   if (tokens.empty()) return check;

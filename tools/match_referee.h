@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "base/types.h"
-#include "board/castling.h"
 
 enum class Ending { None, Checkmate, Stalemate, Repetition, FiftyMoves, Material };
 
@@ -19,18 +18,13 @@ const char* endingName(Ending ending);
 struct RefereeGame {
   std::string fen;  // the opening as sent to the engines: four fields, clock and move number
   bool chess960 = false;
-  CastlingSetup castling;           // the opening's castling rooks (games run side by side)
-  Position position;                // the current position
+  Position position;                // the current position; it carries the opening's castling rooks
   int halfmoveClock = 0;            // plies since the last capture or pawn move
   int firstMoveNumber = 1;          // the opening's move number, for the score sheet
   std::vector<uint64_t> keys;       // repetition key of every position from the opening on
   std::vector<std::string> moves;   // coordinate texts played since the opening
   std::vector<std::string> sanMoves;
 };
-
-// Makes the game's castling rooks and variant the board code's: every call
-// below does so first, since games with other rooks run side by side.
-void useGame(const RefereeGame& game);
 
 // Sets up a game from one line of an EPD file: board, side, castling and en
 // passant, then an optional halfmove clock and move number; anything after a
@@ -39,8 +33,8 @@ std::string startGame(RefereeGame& game, const std::string& epdLine, bool chess9
 
 // The legal move of the current position written as text, or 0.
 Move findMove(const Position& position, const std::string& text, bool chess960);
-// A legal move as UCI text.
-std::string moveText(Move move, bool chess960);
+// A legal move of position as UCI text.
+std::string moveText(const Position& position, Move move, bool chess960);
 // A legal move in standard algebraic notation with check and mate signs.
 std::string sanText(const Position& position, Move move);
 

@@ -49,7 +49,7 @@ int perftCommand(int argc, char** argv) {
     if (kingAttacked(child, root.ctm)) continue;
     uint64_t nodes = perft(child, depth - 1);
     char text[8];
-    moveToText(list[i], text);
+    moveToText(root, list[i], text);
     std::printf("%s: %" PRIu64 "\n", text, nodes);
     total += nodes;
   }

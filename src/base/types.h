@@ -88,6 +88,14 @@ constexpr Bitboard pawnAttackSet(int colour, Bitboard b) {
 }
 constexpr Bitboard besideOnRank(Bitboard b) { return ((b << 1) & notFileA) | ((b >> 1) & notFileH); }
 
+// Where the castling pieces of a game start (board/castling.h reads them):
+// the FEN that begins the game sets them and every move copies them on, so
+// positions of different Chess960 games can stand side by side. Four bytes,
+// which fit in the padding at the end of Position.
+struct CastlingHomes {
+  uint8_t rightFiles[2][2];  // [colour][side]: the files of the king and the rook of each right, a bit each
+};
+
 // A position and everything kept incrementally with it. Records are values:
 // a move is made by copying into a fresh record, and `previous` links a line
 // of play back through the search frames into the game.
@@ -109,6 +117,7 @@ struct Position {
   uint8_t pvPly;
   uint8_t extensionRemainder;
   uint8_t horizonExtensions;
+  CastlingHomes castling;
 };
 
 inline int sideToMove(const Position& p) { return p.ctm & 1; }

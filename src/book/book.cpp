@@ -8,6 +8,7 @@
 
 #include "base/log.h"
 #include "base/options.h"
+#include "board/castling.h"
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/queries.h"
@@ -65,7 +66,7 @@ Move dropUnreadableBook() {
 }
 
 void bookMoveText(uint16_t bookMove, const Position& position, char* text) {
-  moveToText(bookMove & 0xfff, text);
+  moveToText(position, bookMove & 0xfff, text);
   int promotion = (bookMove >> 12) & 7;
   if (promotion >= 1 && promotion <= 4) {
     size_t length = std::strlen(text);
@@ -123,10 +124,11 @@ uint64_t polyglotKey(const Position& position) {
       int kind = 2 * (piece - 1) + (colour == White ? 1 : 0);
       for (Bitboard b = position.pieces[colour][piece]; b;) key ^= polyglotRandom[64 * kind + popLowest(b)];
     }
-  if (!(position.moved & whiteShortMask)) key ^= polyglotRandom[768];
-  if (!(position.moved & whiteLongMask)) key ^= polyglotRandom[769];
-  if (!(position.moved & blackShortMask)) key ^= polyglotRandom[770];
-  if (!(position.moved & blackLongMask)) key ^= polyglotRandom[771];
+  // Polyglot keys the rights in the same order: white short, white long,
+  // black short, black long.
+  const int rights = castlingRights(position.castling, position.moved);
+  for (int right = 0; right < 4; ++right)
+    if (rights & (1 << right)) key ^= polyglotRandom[768 + right];
   if (position.epBit) key ^= polyglotRandom[772 + fileOfSquare(lowestSquare(position.epBit))];
   if (sideToMove(position) == White) key ^= polyglotRandom[780];
   return key;
@@ -176,7 +178,7 @@ Move probeBook(const Position& root) {
     // reads as not legal here.
     if (legalCount == maxBookMoves) break;
     legal[legalCount].move = move;
-    moveToText(move, legal[legalCount].text);
+    moveToText(root, move, legal[legalCount].text);
     ++legalCount;
   }
 

@@ -82,7 +82,7 @@ int searchRoot(SearchState& state, Position& position, int depth, int alpha, int
     const Move move = state.rootMoves[i].move;
     makeMove(position, state.rootChild, move);
     const uint64_t nodesBefore = nodeCounter.nodes;
-    moveToText(move, text);
+    moveToText(position, move, text);
     if (!isAllowed(move, allowed)) continue;
     if (kingAttacked(state.rootChild, us)) continue;
     state.rootChild.inCheck = kingAttacked(state.rootChild, them);

@@ -50,11 +50,11 @@ void copyLine(Move* destination, const Move* source) {
 
 }  // namespace
 
-void pvToText(const Move* line, char* text) {
+void pvToText(const Position& root, const Move* line, char* text) {
   text[0] = 0;
   size_t used = 0;
   for (int i = 0; i < lineLength && line[i] != 0; ++i) {
-    moveToText(line[i], text + used);
+    moveToText(root, line[i], text + used);
     used += std::strlen(text + used);
     text[used++] = ' ';
     text[used] = 0;
@@ -82,7 +82,7 @@ void printIterationLine(SearchState& state, const Position& root, int depth, int
   Move shown[lineLength];
   playableLine(root, line, shown);
   scoreToText(score, scoreText);
-  pvToText(shown, lineText);
+  pvToText(root, shown, lineText);
   const uint64_t nodes = nodesOfAllThreads();
   std::printf("info depth %d seldepth %d score %s nodes %" PRIu64 " nps %" PRIu64 " hashfull %d time %d pv %s\n",
               depth, selDepth, scoreText, nodes, static_cast<uint64_t>(nodes / rateTime),
@@ -240,7 +240,7 @@ void reportRows(SearchState& state, const Position& root, int depth, int shown, 
   const int hashFull = hashFullPerMille();
   for (int i = 0; i < shown; ++i) {
     playableLine(root, state.rows[i].line, playable);
-    pvToText(playable, lineText);
+    pvToText(root, playable, lineText);
     if (i == 0) state.lastShownMove = playable[0];
     std::printf("info depth %d seldepth %d multipv %d score cp %d nodes %" PRIu64 " nps %" PRIu64
                 " hashfull %d time %d pv %s\n",
@@ -260,7 +260,7 @@ void reportIteration(SearchState& state, const Position& root, int depth, const 
   char lineText[lineLength * 6 + 1];
   Move playable[lineLength];
   playableLine(root, deepening.bestLine, playable);
-  pvToText(playable, lineText);
+  pvToText(root, playable, lineText);
   logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", depth, elapsed, nodes, 0.001 * nodes / elapsed,
             deepening.score * 0.01, lineText);
   if (!searchLimits.batchMode) {
@@ -306,8 +306,8 @@ void answer(SearchState& state, const Position& root, const Deepening& deepening
   playableLine(root, deepening.bestLine, playable);
   char bestText[8] = "0000";
   char ponderText[8] = "";
-  if (playable[0]) moveToText(playable[0], bestText);
-  if (playable[0] && playable[1]) moveToText(playable[1], ponderText);
+  if (playable[0]) moveToText(root, playable[0], bestText);
+  if (playable[0] && playable[1]) moveToText(root, playable[1], ponderText);
   if (state.lastShownMove != 0 && state.lastShownMove != playable[0])
     printIterationLine(state, root, deepening.finishedDepth, deepening.selDepth, deepening.score, deepening.bestLine);
   const uint64_t nodes = nodesOfAllThreads();

@@ -29,8 +29,8 @@ void forgetEarlierGames(SearchState& state);
 // prints bestmove (not in batch mode). Returns the final score.
 int think(SearchState& state, Position& root, const ThinkRequest& request);
 
-// Writes the moves of line as text, each followed by a blank.
-void pvToText(const Move* line, char* text);
+// Writes the moves of line, played from root, as text, each followed by a blank.
+void pvToText(const Position& root, const Move* line, char* text);
 
 constexpr int scoreTextSize = 24;
 

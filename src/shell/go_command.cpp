@@ -168,7 +168,7 @@ void readSearchMoves(const Position& root, const char* texts, RootMoveList& allo
   for (int i = 0; i < count; ++i) {
     makeMove(root, child, list[i]);
     if (kingAttacked(child, sideToMove(root))) continue;
-    moveToText(list[i], text);
+    moveToText(root, list[i], text);
     for (int w = 0; w < wordCount; ++w)
       if (std::strcmp(words[w], text) == 0) {
         allowed.moves[allowed.count++] = list[i];

@@ -24,11 +24,12 @@ using testboard::sq;
 
 // The recount sees castling rights only through the squares kings and rooks
 // left: every pattern of `moved` that leaves the same rights shares one key.
+// The walks below are standard chess.
 uint64_t castlingKeyOf(Bitboard moved) {
   Bitboard canonical = 0;
   for (Bitboard mask : {whiteShortMask, whiteLongMask, blackShortMask, blackLongMask})
     if (moved & mask) canonical |= mask & ~(squareBit(sq("e1")) | squareBit(sq("e8")));
-  return castleKeys[castlingRights(canonical)];
+  return castleKeys[castlingRights(standardCastling, canonical)];
 }
 
 // Names the first field that differs from a recount, or "" if none does.

@@ -21,16 +21,17 @@ inline std::vector<Move> legalMoves(const Position& position) {
   return legal;
 }
 
-inline std::string moveText(Move move) {
+// The text of a move of position's game.
+inline std::string moveText(const Position& position, Move move) {
   char text[8];
-  moveToText(move, text);
+  moveToText(position, move, text);
   return text;
 }
 
 // The legal move of position written as text, or 0.
 inline Move findLegalMove(const Position& position, const std::string& text) {
   for (Move move : legalMoves(position))
-    if (moveText(move) == text) return move;
+    if (moveText(position, move) == text) return move;
   return 0;
 }
 

@@ -109,7 +109,7 @@ TEST(MatchReferee, ReadsMoveTextsAndWritesAlgebraicNotation) {
     Move move = findMove(game.position, c.text, c.chess960);
     EXPECT_EQ(move ? sanText(game.position, move) : "", c.san) << c.fen << " " << c.text;
     if (move) {
-      EXPECT_EQ(moveText(move, c.chess960), c.text);
+      EXPECT_EQ(moveText(game.position, move, c.chess960), c.text);
     }
   }
 }
