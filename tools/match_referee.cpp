@@ -19,25 +19,13 @@ constexpr int fiftyMovePlies = 100;
 // a1 is dark; a set of bishops all on one colour can never give mate.
 constexpr Bitboard darkSquares = 0xAA55AA55AA55AA55ULL;
 
-int legalMoves(const Position& position, Move* list) {
-  Move pseudo[maxGeneratedMoves];
-  int count = generateAllMoves(position, pseudo);
-  int legal = 0;
-  Position child;
-  for (int i = 0; i < count; ++i) {
-    makeMove(position, child, pseudo[i]);
-    if (!kingAttacked(child, sideToMove(position))) list[legal++] = pseudo[i];
-  }
-  return legal;
-}
-
 // The board's key names an en-passant square whenever an enemy pawn stands
 // beside the pawn that double-stepped; the rules of repetition only count it
 // when the capture can really be played (not when the capturer is pinned).
 uint64_t repetitionKey(const Position& position) {
   if (!position.epBit) return position.hashKey;
   Move list[maxGeneratedMoves];
-  int count = legalMoves(position, list);
+  int count = generateLegalMoves(position, list);
   for (int i = 0; i < count; ++i)
     if (moveKind(list[i]) == KindEnPassant) return position.hashKey;
   return position.hashKey ^ enPassantKey(lowestSquare(position.epBit));
@@ -68,7 +56,7 @@ struct LineState {
 Ending endingOf(const LineState& line) {
   Move list[maxGeneratedMoves];
   // Mate comes first: a mate given on the hundredth quiet ply stands.
-  if (legalMoves(line.position, list) == 0)
+  if (generateLegalMoves(line.position, list) == 0)
     return kingAttacked(line.position, sideToMove(line.position)) ? Ending::Checkmate : Ending::Stalemate;
   if (line.halfmoveClock >= fiftyMovePlies) return Ending::FiftyMoves;
   // Captures, pawn moves and lost rights change the key for good, so counting
@@ -197,7 +185,7 @@ std::string moveText(const Position& position, Move move, bool chess960) {
 
 Move findMove(const Position& position, const std::string& text, bool chess960) {
   Move list[maxGeneratedMoves];
-  int count = legalMoves(position, list);
+  int count = generateLegalMoves(position, list);
   for (int i = 0; i < count; ++i)
     if (moveText(position, list[i], chess960) == text) return list[i];
   return 0;
@@ -220,7 +208,7 @@ std::string sanText(const Position& position, Move move) {
       // target with another of its kind.
       bool rival = false, sameFile = false, sameRank = false;
       Move list[maxGeneratedMoves];
-      int count = legalMoves(position, list);
+      int count = generateLegalMoves(position, list);
       for (int i = 0; i < count; ++i) {
         Square other = moveFrom(list[i]);
         if (moveTo(list[i]) != to || other == from || pieceOn(position, us, other) != piece) continue;
@@ -239,7 +227,7 @@ std::string sanText(const Position& position, Move move) {
   makeMove(position, child, move);
   if (kingAttacked(child, us ^ 1)) {
     Move replies[maxGeneratedMoves];
-    san += legalMoves(child, replies) == 0 ? '#' : '+';
+    san += generateLegalMoves(child, replies) == 0 ? '#' : '+';
   }
   return san;
 }

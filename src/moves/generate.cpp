@@ -4,6 +4,7 @@
 
 #include "board/attacks.h"
 #include "board/castling.h"
+#include "board/make_move.h"
 #include "board/queries.h"
 
 namespace {
@@ -394,6 +395,33 @@ int generateAllMoves(const Position& position, Move* list) {
   out = writePieceMoves(out, own, kingSquareOf(position, c), occupied, notOwn);
   out = writeDoublePushes(out, c, own[Pawn], occupied);
   return static_cast<int>(out - list);
+}
+
+namespace {
+
+// Makes move into child; true if the mover's king is not left attacked.
+bool leavesKingSafe(const Position& position, Move move, Position& child) {
+  makeMove(position, child, move);
+  return !kingAttacked(child, sideToMove(position));
+}
+
+}  // namespace
+
+int generateLegalMoves(const Position& position, Move* list) {
+  const int count = generateAllMoves(position, list);
+  int legal = 0;
+  Position child;
+  for (int i = 0; i < count; ++i)
+    if (leavesKingSafe(position, list[i], child)) list[legal++] = list[i];
+  return legal;
+}
+
+bool playIfLegal(const Position& position, Move move, Position& child) {
+  Move list[maxGeneratedMoves];
+  const int count = generateAllMoves(position, list);
+  for (int i = 0; i < count; ++i)
+    if (list[i] == move) return leavesKingSafe(position, move, child);
+  return false;
 }
 
 int generateEvasions(const Position& position, Move* list) {

@@ -161,13 +161,10 @@ void readSearchMoves(const Position& root, const char* texts, RootMoveList& allo
   char* words[searchMovesCapacity / 2 + 1];
   const int wordCount = tokenise(copy, words);
   Move list[maxGeneratedMoves];
-  const int count = generateAllMoves(root, list);
-  Position child;
+  const int count = generateLegalMoves(root, list);
   char text[8];
   allowed.count = 0;
   for (int i = 0; i < count; ++i) {
-    makeMove(root, child, list[i]);
-    if (kingAttacked(child, sideToMove(root))) continue;
     moveToText(root, list[i], text);
     for (int w = 0; w < wordCount; ++w)
       if (std::strcmp(words[w], text) == 0) {

@@ -89,14 +89,13 @@ bool playMoveText(const char* text) {
   }
   const Position& current = game.stack[game.length];
   Move list[maxGeneratedMoves];
-  int count = generateAllMoves(current, list);
+  const int count = generateLegalMoves(current, list);
   char moveText[8];
   for (int i = 0; i < count; ++i) {
     moveToText(current, list[i], moveText);
     if (strcasecmp(moveText, text) != 0) continue;
     Position& next = game.stack[game.length + 1];
     makeMove(current, next, list[i]);
-    if (kingAttacked(next, sideToMove(current))) break;
     next.inCheck = kingInAttackMap(next, sideToMove(next));
     ++game.length;
     return true;

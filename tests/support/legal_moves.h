@@ -7,18 +7,11 @@
 
 #include "board/fen.h"
 #include "board/make_move.h"
-#include "board/queries.h"
 #include "moves/generate.h"
 
 inline std::vector<Move> legalMoves(const Position& position) {
   Move list[maxGeneratedMoves];
-  std::vector<Move> legal;
-  Position child;
-  for (int i = 0, count = generateAllMoves(position, list); i < count; ++i) {
-    makeMove(position, child, list[i]);
-    if (!kingAttacked(child, sideToMove(position))) legal.push_back(list[i]);
-  }
-  return legal;
+  return std::vector<Move>(list, list + generateLegalMoves(position, list));
 }
 
 // The text of a move of position's game.
