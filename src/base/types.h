@@ -67,8 +67,8 @@ constexpr Bitboard backRanks = 0xff000000000000ffULL;
 constexpr Bitboard seventhRank[2] = {0x00ff000000000000ULL, 0x000000000000ff00ULL};
 constexpr Bitboard pawnHomeRank[2] = {0x000000000000ff00ULL, 0x00ff000000000000ULL};
 
-// Castling bookkeeping: a set bit in `moved` means no right rests on that square.
-constexpr Bitboard castlingSquares = 0x9100000000000091ULL;
+// Castling bookkeeping: a set bit in `moved` means no right rests on that
+// square. The squares of each right in standard chess:
 constexpr Bitboard whiteShortMask = 0x90ULL;
 constexpr Bitboard whiteLongMask = 0x11ULL;
 constexpr Bitboard blackShortMask = 0x9000000000000000ULL;
