@@ -34,8 +34,10 @@ bool parseRows(int argc, char** argv, bool (&chosen)[referenceRowCount]) {
 // position, or a move word that doesn't spell its text, would compare nonsense.
 bool referenceMatches(int row, const char* fen) {
   const ReferenceFingerprint& reference = referenceFingerprints[row];
+  Position root;
+  parseFen(root, fen);
   char text[8];
-  moveToText(reference.move, text);
+  moveToText(root, reference.move, text);
   if (std::strcmp(fen, reference.fen) == 0 && std::strcmp(text, reference.moveText) == 0) return true;
   std::fprintf(stderr, "fingerprints: reference row %d doesn't match the self-test row \"%s\"\n", row, fen);
   return false;
@@ -66,8 +68,10 @@ int fingerprintsCommand(int argc, char** argv) {
     Move move = mainSearch.depthMove[testSearchDepth];
     int score = mainSearch.depthScore[testSearchDepth];
     uint64_t nodes = mainSearch.depthNodes[testSearchDepth];
+    Position root;
+    parseFen(root, fen);
     char text[8];
-    moveToText(move, text);
+    moveToText(root, move, text);
     bool moveAgrees = move == reference.move;
     bool scoreAgrees = score == reference.score;
     bool nodesAgree = nodes == reference.nodes;

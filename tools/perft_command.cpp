@@ -10,7 +10,6 @@
 #include "board/fen.h"
 #include "board/make_move.h"
 #include "board/piece_square.h"
-#include "board/queries.h"
 #include "commands.h"
 #include "moves/generate.h"
 #include "moves/perft.h"
@@ -41,15 +40,14 @@ int perftCommand(int argc, char** argv) {
 
   auto start = std::chrono::steady_clock::now();
   Move list[maxGeneratedMoves];
-  int count = generateAllMoves(root, list);
+  const int count = generateLegalMoves(root, list);
   uint64_t total = 0;
   for (int i = 0; i < count; ++i) {
     Position child;
     makeMove(root, child, list[i]);
-    if (kingAttacked(child, root.ctm)) continue;
     uint64_t nodes = perft(child, depth - 1);
     char text[8];
-    moveToText(list[i], text);
+    moveToText(root, list[i], text);
     std::printf("%s: %" PRIu64 "\n", text, nodes);
     total += nodes;
   }

@@ -32,11 +32,11 @@ uint64_t counterAt(int depth, uint64_t SearchTrace::*counter) {
   return depth < 1 ? 0 : depthTrace[depth].*counter;
 }
 
-void printIterations(int depth) {
+void printIterations(const Position& root, int depth) {
   std::printf("iter  move    score        nodes   searchNode     searchPv  searchQuiet  passes\n");
   for (int d = 1; d <= depth; ++d) {
     char text[8];
-    moveToText(mainSearch.depthMove[d], text);
+    moveToText(root, mainSearch.depthMove[d], text);
     const SearchTrace& trace = depthTrace[d];
     std::printf("%4d  %-5s  %6d %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %12" PRIu64 " %7" PRIu64 "\n", d, text,
                 mainSearch.depthScore[d], mainSearch.depthNodes[d], trace.nodeEntries, trace.pvEntries, trace.quietEntries,
@@ -102,7 +102,9 @@ int traceCommand(int argc, char** argv) {
     const ReferenceFingerprint& reference = referenceFingerprints[row];
     std::printf("reference %s %d %" PRIu64 "\n", reference.moveText, reference.score, reference.nodes);
   }
-  printIterations(depth);
+  Position root;
+  parseFen(root, fen);
+  printIterations(root, depth);
   printCounters(depth, byIteration);
   std::printf("\nevaluation, whole search: cache hits %" PRIu64 ", etable probes %" PRIu64 ", etable hits %" PRIu64
               "\n",

@@ -67,8 +67,8 @@ constexpr Bitboard backRanks = 0xff000000000000ffULL;
 constexpr Bitboard seventhRank[2] = {0x00ff000000000000ULL, 0x000000000000ff00ULL};
 constexpr Bitboard pawnHomeRank[2] = {0x000000000000ff00ULL, 0x00ff000000000000ULL};
 
-// Castling bookkeeping: a set bit in `moved` means no right rests on that square.
-constexpr Bitboard castlingSquares = 0x9100000000000091ULL;
+// Castling bookkeeping: a set bit in `moved` means no right rests on that
+// square. The squares of each right in standard chess:
 constexpr Bitboard whiteShortMask = 0x90ULL;
 constexpr Bitboard whiteLongMask = 0x11ULL;
 constexpr Bitboard blackShortMask = 0x9000000000000000ULL;
@@ -87,6 +87,14 @@ constexpr Bitboard pawnAttackSet(int colour, Bitboard b) {
   return colour == White ? whitePawnAttacks(b) : blackPawnAttacks(b);
 }
 constexpr Bitboard besideOnRank(Bitboard b) { return ((b << 1) & notFileA) | ((b >> 1) & notFileH); }
+
+// Where the castling pieces of a game start (board/castling.h reads them):
+// the FEN that begins the game sets them and every move copies them on, so
+// positions of different Chess960 games can stand side by side. Four bytes,
+// which fit in the padding at the end of Position.
+struct CastlingHomes {
+  uint8_t rightFiles[2][2];  // [colour][side]: the files of the king and the rook of each right, a bit each
+};
 
 // A position and everything kept incrementally with it. Records are values:
 // a move is made by copying into a fresh record, and `previous` links a line
@@ -109,6 +117,7 @@ struct Position {
   uint8_t pvPly;
   uint8_t extensionRemainder;
   uint8_t horizonExtensions;
+  CastlingHomes castling;
 };
 
 inline int sideToMove(const Position& p) { return p.ctm & 1; }

@@ -98,7 +98,7 @@ void parseFen(Position& position, const char* text) {
   if (*castling) ++castling;
   // Each game states its castling rooks anew; until the field names others,
   // they stand in the corners.
-  setStandardCastling();
+  p.castling = standardCastling;
   for (; *castling && *castling != ' '; ++castling) {
     const char letter = *castling;
     const int colour = letter >= 'a' ? Black : White;
@@ -113,7 +113,7 @@ void parseFen(Position& position, const char* text) {
       // right whose pieces aren't there is dropped later as unfit.
       if (upper != 'K' && upper != 'Q') continue;
       side = upper == 'K' ? ShortSide : LongSide;
-      p.moved &= ~castlingSetup.rightMask[colour][side];
+      p.moved &= ~castlingRightMask(p.castling, colour, side);
       continue;
     }
     if (upper == 'K' || upper == 'Q') {
@@ -136,8 +136,10 @@ void parseFen(Position& position, const char* text) {
       continue;
     }
     const Square kingHome = king ? lowestSquare(king) : (colour == White ? 4 : 60);
-    setCastlingRook(colour, side, kingHome, rook);
-    p.moved &= ~castlingSetup.rightMask[colour][side];
+    // A rook on the king's own square is no rook to castle with.
+    if (rook == kingHome) continue;
+    setCastlingRook(p.castling, colour, side, kingHome, rook);
+    p.moved &= ~castlingRightMask(p.castling, colour, side);
   }
 
   p.inCheck = kingInAttackMap(p, p.ctm & 1) ? 1 : 0;
@@ -155,14 +157,14 @@ void parseFen(Position& position, const char* text) {
       p.materialKey += count * materialWeights[colour * 8 + piece];
     }
   }
-  p.hashKey ^= castlingKey(p.moved);
+  p.hashKey ^= castlingKey(p.castling, p.moved);
 
   const char* enPassant = castling;
   while (*enPassant == ' ') ++enPassant;
   readEnPassant(p, enPassant);
 }
 
-void moveToText(Move move, char* buffer) {
+void moveToText(const Position& position, Move move, char* buffer) {
   move &= 0x7fff;
   if (move == 0) {
     std::strcpy(buffer, "null");
@@ -173,7 +175,7 @@ void moveToText(Move move, char* buffer) {
   // Chess960 writes castling as the king taking its own rook.
   if (options.chess960 && moveKind(move) == KindCastle) {
     const int colour = rankOfSquare(from) == 0 ? White : Black;
-    to = castlingSetup.rookHome[colour][fileOfSquare(to) == 6 ? ShortSide : LongSide];
+    to = castlingRookHome(position.castling, colour, fileOfSquare(to) == 6 ? ShortSide : LongSide);
   }
   buffer[0] = static_cast<char>('a' + fileOfSquare(from));
   buffer[1] = static_cast<char>('1' + rankOfSquare(from));
@@ -187,12 +189,12 @@ void logBoard(const Position& position) {
   if (!engineLog.file) return;
   const Position& p = position;
   char parentMove[8] = "N/A";
-  if (p.previous) moveToText(p.previous->lastMove, parentMove);
+  if (p.previous) moveToText(p, p.previous->lastMove, parentMove);
   char thisMove[8];
-  moveToText(p.lastMove, thisMove);
+  moveToText(p, p.lastMove, thisMove);
   char rights[5];
   int r = 0;
-  const int held = castlingRights(p.moved);
+  const int held = castlingRights(p.castling, p.moved);
   for (int i = 0; i < 4; ++i)
     if (held & (1 << i)) rights[r++] = "KQkq"[i];
   if (r == 0) rights[r++] = '-';

@@ -9,6 +9,8 @@ constexpr const char* startPositionFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB
 // pstScore and phase stay 0 until a search fills them in.
 void parseFen(Position& position, const char* text);
 // Writes "e2e4", "e7e8q", or "null" for 0; buffer holds at least 6 bytes.
-void moveToText(Move move, char* buffer);
+// With Chess960 on, castling is written as the king taking its own rook,
+// whose home square position (any position of the move's game) knows.
+void moveToText(const Position& position, Move move, char* buffer);
 // Writes the position to the log, if one is open.
 void logBoard(const Position& position);

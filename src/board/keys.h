@@ -21,8 +21,9 @@ extern const uint64_t keySeed;
 inline uint64_t sideKey(int colour) { return pieceKeys[colour]; }
 inline uint64_t enPassantKey(Square s) { return pieceKeys[pieceIndex(Black, 0, s)]; }
 
-// The key of the castling rights that `moved` leaves.
-inline uint64_t castlingKey(Bitboard moved) { return castleKeys[castlingRights(moved)]; }
+// The key of the castling rights that `moved` leaves in a game whose castling
+// pieces start on homes.
+inline uint64_t castlingKey(const CastlingHomes& homes, Bitboard moved) { return castleKeys[castlingRights(homes, moved)]; }
 
 // Fills the tables from a seed; runs at start-up with keySeed, and tests may
 // call it with other seeds.

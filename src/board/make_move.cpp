@@ -51,7 +51,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   const int p = pieceOn(source, c, from);
   if (p == NoPiece) {
     char text[8];
-    moveToText(move, text);
+    moveToText(source, move, text);
     logPrintf("\n ILLEGAL MOVE IN SEARCH\n  move in question: %s", text);
     logBoard(source);
     // A move that does not fit the position plays as a pass, so the record
@@ -66,11 +66,11 @@ bool makeMove(const Position& source, Position& destination, Move move) {
     // where its rook stood, or the rook where the king stood, or the king
     // may not move at all.
     const int side = fileOfSquare(to) == 6 ? ShortSide : LongSide;
-    const Square rookFrom = castlingSetup.rookHome[c][side];
+    const Square rookFrom = castlingRookHome(d.castling, c, side);
     const Square rookTo = castlingRookTarget(c, side);
     const Bitboard R = squareBit(rookFrom);
     const Bitboard landed = T | squareBit(rookTo);
-    d.hashKey ^= castlingKey(d.moved);
+    d.hashKey ^= castlingKey(d.castling, d.moved);
     d.pawnKey ^= pawnKeys[pieceIndex(c, King, from)] ^ pawnKeys[pieceIndex(c, King, to)];
     takeScore(d, pieceIndex(c, King, from));
     addScore(d, pieceIndex(c, King, to));
@@ -82,7 +82,7 @@ bool makeMove(const Position& source, Position& destination, Move move) {
     d.pieces[c][Rook] = (d.pieces[c][Rook] & ~R) | squareBit(rookTo);
     d.pieces[c][0] = (d.pieces[c][0] & ~(F | R)) | landed;
     d.moved |= F | T | R | squareBit(rookTo);
-    d.hashKey ^= castlingKey(d.moved);
+    d.hashKey ^= castlingKey(d.castling, d.moved);
     ++d.ctm;
     return true;
   }
@@ -94,10 +94,12 @@ bool makeMove(const Position& source, Position& destination, Move move) {
   d.pieces[c][0] ^= F | T;
   d.hashKey ^= pieceKeys[pieceIndex(c, p, from)] ^ pieceKeys[pieceIndex(c, p, to)];
   // Only a move from or to a square where a right rests changes the rights.
-  if ((F | T) & castlingSetup.squares & ~d.moved) {
-    d.hashKey ^= castlingKey(d.moved);
+  // The FEN reader sets every back-rank bit of `moved` but those of the
+  // rights it gives, so a clear one is where a right may rest.
+  if ((F | T) & backRanks & ~d.moved) {
+    d.hashKey ^= castlingKey(d.castling, d.moved);
     d.moved |= F | T;
-    d.hashKey ^= castlingKey(d.moved);
+    d.hashKey ^= castlingKey(d.castling, d.moved);
   } else {
     d.moved |= F | T;
   }

@@ -8,16 +8,14 @@
 
 #include "base/log.h"
 #include "base/options.h"
+#include "board/castling.h"
 #include "board/fen.h"
-#include "board/make_move.h"
-#include "board/queries.h"
-#include "moves/picker.h"
+#include "moves/generate.h"
 
 OpeningBook openingBook;
 
 namespace {
 
-constexpr int maxBookMoves = 128;
 constexpr int maxCandidates = 64;
 
 struct BookRecord {
@@ -65,7 +63,7 @@ Move dropUnreadableBook() {
 }
 
 void bookMoveText(uint16_t bookMove, const Position& position, char* text) {
-  moveToText(bookMove & 0xfff, text);
+  moveToText(position, bookMove & 0xfff, text);
   int promotion = (bookMove >> 12) & 7;
   if (promotion >= 1 && promotion <= 4) {
     size_t length = std::strlen(text);
@@ -123,10 +121,11 @@ uint64_t polyglotKey(const Position& position) {
       int kind = 2 * (piece - 1) + (colour == White ? 1 : 0);
       for (Bitboard b = position.pieces[colour][piece]; b;) key ^= polyglotRandom[64 * kind + popLowest(b)];
     }
-  if (!(position.moved & whiteShortMask)) key ^= polyglotRandom[768];
-  if (!(position.moved & whiteLongMask)) key ^= polyglotRandom[769];
-  if (!(position.moved & blackShortMask)) key ^= polyglotRandom[770];
-  if (!(position.moved & blackLongMask)) key ^= polyglotRandom[771];
+  // Polyglot keys the rights in the same order: white short, white long,
+  // black short, black long.
+  const int rights = castlingRights(position.castling, position.moved);
+  for (int right = 0; right < 4; ++right)
+    if (rights & (1 << right)) key ^= polyglotRandom[768 + right];
   if (position.epBit) key ^= polyglotRandom[772 + fileOfSquare(lowestSquare(position.epBit))];
   if (sideToMove(position) == White) key ^= polyglotRandom[780];
   return key;
@@ -158,27 +157,10 @@ Move probeBook(const Position& root) {
   if (!found) return 0;
 
   // The legal moves of the root, with their texts.
-  struct LegalMove {
-    Move move;
-    char text[8];
-  } legal[maxBookMoves];
-  int legalCount = 0;
-  // No history: the order of the legal moves only decides which of them are
-  // left out past the 128th.
-  static const MoveHistory noHistory{};
-  MovePicker picker;
-  initPicker(picker, root, noHistory, 0, 0, 0, 0);
-  Position scratch;
-  for (Move move; (move = nextMove(picker)) != 0;) {
-    makeMove(root, scratch, move);
-    if (kingAttacked(scratch, sideToMove(root))) continue;
-    // Past 128 legal moves the rest are left out: a book move among them
-    // reads as not legal here.
-    if (legalCount == maxBookMoves) break;
-    legal[legalCount].move = move;
-    moveToText(move, legal[legalCount].text);
-    ++legalCount;
-  }
+  Move legal[maxGeneratedMoves];
+  const int legalCount = generateLegalMoves(root, legal);
+  char legalText[maxGeneratedMoves][8];
+  for (int i = 0; i < legalCount; ++i) moveToText(root, legal[i], legalText[i]);
 
   long first = mid;
   for (; first > 0; --first) {
@@ -206,7 +188,7 @@ Move probeBook(const Position& root) {
     bookMoveText(record.move, root, text);
     int match = -1;
     for (int i = 0; i < legalCount && match < 0; ++i)
-      if (std::strcmp(legal[i].text, text) == 0) match = i;
+      if (std::strcmp(legalText[i], text) == 0) match = i;
     if (match < 0) {
       logPrintf("Hey, book seems broken\n");
       return 0;
@@ -214,7 +196,7 @@ Move probeBook(const Position& root) {
     // Past 64 weighted entries the rest are dropped in file order (still
     // checked against the legal moves); the choice is among the first 64.
     if (candidateCount == maxCandidates) continue;
-    candidates[candidateCount++] = {legal[match].move, record.weight};
+    candidates[candidateCount++] = {legal[match], record.weight};
     total += record.weight;
     logPrintf("book: %-5s %5d\n", text, record.weight);
   }

@@ -71,8 +71,8 @@ const int32_t kingDangerBase[2][64] = {
 };
 
 ScorePair castlingTerms(const Position& position, int colour) {
-  Bitboard shortMask = castlingSetup.rightMask[colour][ShortSide];
-  Bitboard longMask = castlingSetup.rightMask[colour][LongSide];
+  Bitboard shortMask = castlingRightMask(position.castling, colour, ShortSide);
+  Bitboard longMask = castlingRightMask(position.castling, colour, LongSide);
   ScorePair sum = 0;
   if ((position.moved & shortMask) == 0) sum = scorePairAdd(sum, makeScorePair(150, 0));
   if ((position.moved & longMask) == 0) sum = scorePairAdd(sum, makeScorePair(60, 0));

@@ -4,6 +4,7 @@
 
 #include "board/attacks.h"
 #include "board/castling.h"
+#include "board/make_move.h"
 #include "board/queries.h"
 
 namespace {
@@ -186,8 +187,9 @@ Move* writeSliderChecks(const Position& position, Move* out, Bitboard sliders, c
 }  // namespace
 
 int generateCastling(const Position& position, int colour, Move* list) {
-  const CastlingSetup& setup = castlingSetup;
-  if ((position.moved & setup.rightMask[colour][ShortSide]) && (position.moved & setup.rightMask[colour][LongSide]))
+  const CastlingHomes& homes = position.castling;
+  if (!castlingRightRests(homes, position.moved, colour, ShortSide) &&
+      !castlingRightRests(homes, position.moved, colour, LongSide))
     return 0;
   Bitboard attacked = attackMap(position, colour ^ 1);
   Bitboard occupied = occupiedSquares(position);
@@ -195,8 +197,8 @@ int generateCastling(const Position& position, int colour, Move* list) {
   const Bitboard enemyRankSliders = position.pieces[colour ^ 1][Rook] | position.pieces[colour ^ 1][Queen];
   Move* out = list;
   for (int side : {ShortSide, LongSide}) {
-    if (position.moved & setup.rightMask[colour][side]) continue;
-    const Square rook = setup.rookHome[colour][side];
+    if (!castlingRightRests(homes, position.moved, colour, side)) continue;
+    const Square rook = castlingRookHome(homes, colour, side);
     const Square kingTo = castlingKingTarget(colour, side);
     const Square rookTo = castlingRookTarget(colour, side);
     // Every square the king or the rook crosses or lands on is empty, but
@@ -207,9 +209,9 @@ int generateCastling(const Position& position, int colour, Move* list) {
     const Bitboard kingPath = between[king][kingTo] | squareBit(king) | squareBit(kingTo);
     if (attacked & kingPath) continue;
     // The rook may have screened its own back rank: with it gone, a rook or
-    // queen behind it could reach the king's path. Never so with the rooks
-    // in the corners.
-    if (!setup.standard) {
+    // queen behind it could reach the king's path. Never so with the rook in
+    // its corner, where nothing stands behind it.
+    if (fileOfSquare(rook) != (side == ShortSide ? 7 : 0)) {
       const Bitboard withoutRook = occupied & ~squareBit(rook);
       bool screened = false;
       for (Bitboard b = kingPath; b && !screened;) screened = (rookAttacks(popLowest(b), withoutRook) & enemyRankSliders) != 0;
@@ -393,6 +395,33 @@ int generateAllMoves(const Position& position, Move* list) {
   out = writePieceMoves(out, own, kingSquareOf(position, c), occupied, notOwn);
   out = writeDoublePushes(out, c, own[Pawn], occupied);
   return static_cast<int>(out - list);
+}
+
+namespace {
+
+// Makes move into child; true if the mover's king is not left attacked.
+bool leavesKingSafe(const Position& position, Move move, Position& child) {
+  makeMove(position, child, move);
+  return !kingAttacked(child, sideToMove(position));
+}
+
+}  // namespace
+
+int generateLegalMoves(const Position& position, Move* list) {
+  const int count = generateAllMoves(position, list);
+  int legal = 0;
+  Position child;
+  for (int i = 0; i < count; ++i)
+    if (leavesKingSafe(position, list[i], child)) list[legal++] = list[i];
+  return legal;
+}
+
+bool playIfLegal(const Position& position, Move move, Position& child) {
+  Move list[maxGeneratedMoves];
+  const int count = generateAllMoves(position, list);
+  for (int i = 0; i < count; ++i)
+    if (list[i] == move) return leavesKingSafe(position, move, child);
+  return false;
 }
 
 int generateEvasions(const Position& position, Move* list) {

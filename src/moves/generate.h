@@ -9,6 +9,14 @@
 constexpr int maxGeneratedMoves = 320;
 
 int generateAllMoves(const Position& position, Move* list);
+// The legal moves, in the order generateAllMoves writes them: each of its
+// moves is made and kept if the mover's king is not left attacked. Every
+// make counts a node, as makeMove does.
+int generateLegalMoves(const Position& position, Move* list);
+// Whether move is one of the position's legal moves, by the same test; if
+// so, child is the position after it (inCheck not set). One make, where
+// generateLegalMoves makes them all.
+bool playIfLegal(const Position& position, Move move, Position& child);
 int generateCaptures(const Position& position, Move* list);
 int generateQuiets(const Position& position, Move* list);
 int generateEvasions(const Position& position, Move* list);

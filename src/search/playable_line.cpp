@@ -8,21 +8,6 @@
 
 namespace {
 
-// Plays move into child if it is one of the position's legal moves.
-bool playIfLegal(const Position& position, Move move, Position& child) {
-  Move list[maxGeneratedMoves];
-  const int count = generateAllMoves(position, list);
-  for (int i = 0; i < count; ++i) {
-    if (list[i] != move) continue;
-    makeMove(position, child, move);
-    const int us = sideToMove(position);
-    if (kingAttacked(child, us)) return false;
-    child.inCheck = kingAttacked(child, us ^ 1);
-    return true;
-  }
-  return false;
-}
-
 bool irreversible(const Position& record) {
   return record.lastMove == 0 || record.capturedPiece != 0 || record.movedPiece == Pawn;
 }
@@ -68,6 +53,7 @@ int playableLine(const Position& root, const Move* line, Move* playable) {
   while (length < lineLength - 1 && line[length] != 0) {
     Position& child = records[length];
     if (!playIfLegal(*current, line[length], child)) break;
+    child.inCheck = kingAttacked(child, sideToMove(child));
     playable[length++] = child.lastMove;
     if (endsInDraw(child)) break;
     current = &child;

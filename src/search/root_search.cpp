@@ -21,13 +21,11 @@ namespace {
 // Iteration 1: the legal moves, ordered by the piece-square gain of the move
 // (blended by the phase after it) and with losing exchanges put last.
 void buildRootMoves(SearchState& state, const Position& position) {
-  const int us = sideToMove(position);
   Move list[maxGeneratedMoves];
-  int count = generateAllMoves(position, list);
+  const int count = generateLegalMoves(position, list);
   state.rootMoveCount = 0;
   for (int i = 0; i < count && state.rootMoveCount < 256; ++i) {
     makeMove(position, state.rootChild, list[i]);
-    if (kingAttacked(state.rootChild, us)) continue;
     int phase = state.rootChild.phase < 96 ? state.rootChild.phase : 96;
     int blended = ((96 - phase) * scorePairEnd(state.rootChild.pstScore) + phase * scorePairOpen(state.rootChild.pstScore)) / 960;
     int score = sideToMove(state.rootChild) == Black ? blended : -blended;

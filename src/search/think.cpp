@@ -95,14 +95,7 @@ RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkReques
   if (request.restricted) {
     allowed = request.allowed;
   } else {
-    Move list[maxGeneratedMoves];
-    int count = generateAllMoves(root, list);
-    Position scratch;
-    for (int i = 0; i < count; ++i) {
-      makeMove(root, scratch, list[i]);
-      if (kingAttacked(scratch, sideToMove(root))) continue;
-      allowed.moves[allowed.count++] = list[i];
-    }
+    allowed.count = generateLegalMoves(root, allowed.moves);
   }
 
   const bool freshTables = state.firstSearchPending || options.deterministic;

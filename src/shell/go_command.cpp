@@ -106,14 +106,11 @@ void readSearchMoves(const Position& root, const char* texts, RootMoveList& allo
   char* words[searchMovesCapacity / 2 + 1];
   const int wordCount = tokenise(copy, words);
   Move list[maxGeneratedMoves];
-  const int count = generateAllMoves(root, list);
-  Position child;
+  const int count = generateLegalMoves(root, list);
   char text[8];
   allowed.count = 0;
   for (int i = 0; i < count; ++i) {
-    makeMove(root, child, list[i]);
-    if (kingAttacked(child, sideToMove(root))) continue;
-    moveToText(list[i], text);
+    moveToText(root, list[i], text);
     for (int w = 0; w < wordCount; ++w)
       if (std::strcmp(words[w], text) == 0) {
         allowed.moves[allowed.count++] = list[i];
@@ -133,7 +130,7 @@ void answerGo(SearchWorker& worker) {
       waitForTheClient(false);
     else if (searchSignals.pondering)
       waitForTheClient(true);
-    printBestMove(searchSession.bookMove, 0, 0);
+    printBestMove(root, searchSession.bookMove, 0, 0);
   } else {
     worker.state->reporter = &uciReporter;
     think(*worker.state, root, searchSession.request);

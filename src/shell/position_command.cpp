@@ -8,6 +8,7 @@
 #include <initializer_list>
 
 #include "base/log.h"
+#include "board/castling.h"
 #include "board/fen.h"
 #include "board/keys.h"
 #include "board/make_move.h"
@@ -44,13 +45,13 @@ void dropUnfitRights(Position& position) {
   Bitboard moved = p.moved;
   for (int colour : {White, Black}) {
     for (int side : {ShortSide, LongSide}) {
-      const Square rook = castlingSetup.rookHome[colour][side];
-      const Square king = lowestSquare(castlingSetup.rightMask[colour][side] & ~squareBit(rook));
+      const Square rook = castlingRookHome(p.castling, colour, side);
+      const Square king = castlingKingHome(p.castling, colour, side);
       if (!(p.pieces[colour][King] & squareBit(king))) moved |= squareBit(king);
       if (!(p.pieces[colour][Rook] & squareBit(rook))) moved |= squareBit(rook);
     }
   }
-  p.hashKey ^= castlingKey(p.moved) ^ castlingKey(moved);
+  p.hashKey ^= castlingKey(p.castling, p.moved) ^ castlingKey(p.castling, moved);
   p.moved = moved;
 
   if (!p.epBit) return;
@@ -87,14 +88,13 @@ bool playMoveText(const char* text) {
   }
   const Position& current = game.stack[game.length];
   Move list[maxGeneratedMoves];
-  int count = generateAllMoves(current, list);
+  const int count = generateLegalMoves(current, list);
   char moveText[8];
   for (int i = 0; i < count; ++i) {
-    moveToText(list[i], moveText);
+    moveToText(current, list[i], moveText);
     if (strcasecmp(moveText, text) != 0) continue;
     Position& next = game.stack[game.length + 1];
     makeMove(current, next, list[i]);
-    if (kingAttacked(next, sideToMove(current))) break;
     next.inCheck = kingInAttackMap(next, sideToMove(next));
     ++game.length;
     return true;

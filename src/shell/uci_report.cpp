@@ -22,22 +22,22 @@ void scoreToText(int score, char* text) {
   }
 }
 
-void lineToText(const Move* line, char* text) {
+void lineToText(const Position& root, const Move* line, char* text) {
   text[0] = 0;
   size_t used = 0;
   for (int i = 0; i < lineLength && line[i] != 0; ++i) {
-    moveToText(line[i], text + used);
+    moveToText(root, line[i], text + used);
     used += std::strlen(text + used);
     text[used++] = ' ';
     text[used] = 0;
   }
 }
 
-void printBestMove(Move best, Move ponder, uint64_t nodes) {
+void printBestMove(const Position& root, Move best, Move ponder, uint64_t nodes) {
   char bestText[8] = "0000";
   char ponderText[8] = "";
-  if (best) moveToText(best, bestText);
-  if (best && ponder) moveToText(ponder, ponderText);
+  if (best) moveToText(root, best, bestText);
+  if (best && ponder) moveToText(root, ponder, ponderText);
   std::printf("info nodes %" PRIu64 "\n", nodes);
   logPrintf("info nodes %" PRIu64 "\n", nodes);
   if (ponderText[0]) {
@@ -51,6 +51,7 @@ void printBestMove(Move best, Move ponder, uint64_t nodes) {
 }
 
 void UciReporter::searchStarted(const Position& root) {
+  root_ = &root;
   logBoard(root);
   logPrintf("DEPTH      TIME         NODES      KNPS    SCORE   PRINCIPAL VARIATION\n");
   logPrintf("-----  --------  ------------  --------  -------   -------------------------------------------------\n");
@@ -70,7 +71,7 @@ void UciReporter::lineFound(const LineReport& report) {
   char lineText[lineLength * 6 + 1];
   char rank[24] = "";
   scoreToText(report.score, scoreText);
-  lineToText(report.line, lineText);
+  lineToText(*root_, report.line, lineText);
   if (report.multiPv > 0) std::snprintf(rank, sizeof rank, " multipv %d", report.multiPv);
   std::printf("info depth %d seldepth %d%s score %s nodes %" PRIu64 " nps %" PRIu64 " hashfull %d time %d pv %s\n",
               report.depth, report.selDepth, rank, scoreText, report.nodes,
@@ -81,14 +82,14 @@ void UciReporter::lineFound(const LineReport& report) {
 
 void UciReporter::iterationFinished(const LineReport& report) {
   char lineText[lineLength * 6 + 1];
-  lineToText(report.line, lineText);
+  lineToText(*root_, report.line, lineText);
   logPrintf("%5d  %8.1f  %12" PRIu64 "  %8.1f  %7.2f   %s\n", report.depth, report.seconds, report.nodes,
             0.001 * report.nodes / report.seconds, report.score * 0.01, lineText);
 }
 
 void UciReporter::currentMove(Move move, int number) {
   char text[8];
-  moveToText(move, text);
+  moveToText(*root_, move, text);
   std::printf("info currmove %s currmovenumber %d\n", text, number);
   std::fflush(stdout);
 }
@@ -104,5 +105,5 @@ void UciReporter::searchEnded(const SearchAnswer& answer) {
     logPrintf("\nEtable statistics: %12" PRIu64 " hits  %12" PRIu64 " probes   Rate = %8.3f percent\n",
               caches.etableHits, caches.etableProbes, rate);
   }
-  printBestMove(answer.best, answer.ponder, answer.nodes);
+  printBestMove(*root_, answer.best, answer.ponder, answer.nodes);
 }

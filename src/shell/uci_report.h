@@ -12,6 +12,11 @@ class UciReporter final : public SearchReporter {
   void iterationFinished(const LineReport& report) override;
   void currentMove(Move move, int number) override;
   void searchEnded(const SearchAnswer& answer) override;
+
+ private:
+  // The searched position, whose game the move texts follow (Chess960
+  // castling is written as the king taking its own rook).
+  const Position* root_ = nullptr;
 };
 
 extern UciReporter uciReporter;
@@ -22,8 +27,9 @@ constexpr int scoreTextSize = 24;
 // scoreTextSize bytes.
 void scoreToText(int score, char* text);
 
-// Writes the moves of line (ended by a 0) as text, each followed by a blank.
-void lineToText(const Move* line, char* text);
+// Writes the moves of line (ended by a 0), played from root, as text, each
+// followed by a blank.
+void lineToText(const Position& root, const Move* line, char* text);
 
-// The answer to go: bestmove, with the ponder move when there is one.
-void printBestMove(Move best, Move ponder, uint64_t nodes);
+// The answer to go from root: bestmove, with the ponder move when there is one.
+void printBestMove(const Position& root, Move best, Move ponder, uint64_t nodes);

@@ -24,11 +24,12 @@ using testboard::sq;
 
 // The recount sees castling rights only through the squares kings and rooks
 // left: every pattern of `moved` that leaves the same rights shares one key.
+// The walks below are standard chess.
 uint64_t castlingKeyOf(Bitboard moved) {
   Bitboard canonical = 0;
   for (Bitboard mask : {whiteShortMask, whiteLongMask, blackShortMask, blackLongMask})
     if (moved & mask) canonical |= mask & ~(squareBit(sq("e1")) | squareBit(sq("e8")));
-  return castleKeys[castlingRights(canonical)];
+  return castleKeys[castlingRights(standardCastling, canonical)];
 }
 
 // Names the first field that differs from a recount, or "" if none does.
@@ -144,6 +145,43 @@ TEST(MakeMove, EnPassantOnlyWhereAPawnCanTake) {
   makeMove(root, child, mv("e4", "e5"));
   EXPECT_EQ(firstWrongField(child), "");
   EXPECT_EQ(sideToMove(child), Black);
+}
+
+// Two Chess960 games with their rooks on other files, set up one after the
+// other and then played in turns: each castles with its own rooks, writes
+// its castling as its king taking its own rook, and reaches the board and
+// the key of the castled position's FEN.
+TEST(MakeMove, Chess960GamesWithOtherRooksCastleSideBySide) {
+  const int32_t saved = options.chess960;
+  options.chess960 = 1;
+  struct Castling { const char* text; const char* after; };
+  struct Case { const char* fen; Castling castling[2]; };  // short, long
+  const Case cases[] = {
+      // King b1, rooks a1 and f1: castling short leaves the rook where it stands.
+      {"rk3r2/pppppppp/8/8/8/8/PPPPPPPP/RK3R2 w FAfa - 0 1",
+       {{"b1f1", "rk3r2/pppppppp/8/8/8/8/PPPPPPPP/R4RK1 b fa - 0 1"},
+        {"b1a1", "rk3r2/pppppppp/8/8/8/8/PPPPPPPP/2KR1R2 b fa - 0 1"}}},
+      // King f1, rooks c1 and g1: castling short trades the king's and the rook's squares.
+      {"2r2kr1/pppppppp/8/8/8/8/PPPPPPPP/2R2KR1 w GCgc - 0 1",
+       {{"f1g1", "2r2kr1/pppppppp/8/8/8/8/PPPPPPPP/2R2RK1 b gc - 0 1"},
+        {"f1c1", "2r2kr1/pppppppp/8/8/8/8/PPPPPPPP/2KR2R1 b gc - 0 1"}}},
+  };
+  const Position games[] = {testboard::rootPosition(cases[0].fen), testboard::rootPosition(cases[1].fen)};
+  for (int side = 0; side < 2; ++side) {
+    for (int game = 0; game < 2; ++game) {
+      const Castling& castling = cases[game].castling[side];
+      const Move move = findLegalMove(games[game], castling.text);
+      EXPECT_NE(move, 0u) << cases[game].fen << " " << castling.text;
+      if (!move) continue;
+      Position child;
+      makeMove(games[game], child, move);
+      const Position expected = testboard::rootPosition(castling.after);
+      EXPECT_EQ(std::memcmp(child.pieces, expected.pieces, sizeof child.pieces), 0) << castling.after;
+      EXPECT_EQ(child.hashKey, expected.hashKey) << castling.after;
+      EXPECT_EQ(child.pstScore, expected.pstScore) << castling.after;
+    }
+  }
+  options.chess960 = saved;
 }
 
 // Rights lost in different ways share a key (the recount above sees only the

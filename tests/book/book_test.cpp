@@ -63,8 +63,9 @@ struct Book : OptionState {
     ASSERT_NE(openingBook.file, nullptr);
   }
   static std::string probe(const char* fen) {
-    Move move = probeBook(testboard::parsed(fen));
-    return move ? moveText(move) : "none";
+    const Position root = testboard::parsed(fen);
+    Move move = probeBook(root);
+    return move ? moveText(root, move) : "none";
   }
 };
 

@@ -74,7 +74,7 @@ struct StressClient {
       std::vector<Move> legal = legalMoves(game[ply]);
       if (legal.empty()) break;
       makeMove(game[ply], game[ply + 1], legal[pick(static_cast<uint32_t>(legal.size()))]);
-      moves.append(" ").append(moveText(game[ply + 1].lastMove));
+      moves.append(" ").append(moveText(game[ply], game[ply + 1].lastMove));
     }
     return moves;
   }

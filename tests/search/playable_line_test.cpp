@@ -57,11 +57,11 @@ std::vector<Move> lineOf(const Position& root, const std::vector<std::string>& t
   return line;
 }
 
-std::string textOf(const Move* line) {
+std::string textOf(const Position& root, const Move* line) {
   std::string text;
   char move[8];
   for (int i = 0; line[i]; ++i) {
-    moveToText(line[i], move);
+    moveToText(root, line[i], move);
     if (!text.empty()) text += ' ';
     text += move;
   }
@@ -101,7 +101,7 @@ TEST(PlayableLine, EndsBeforeAnImpossibleMoveAndAfterTheMoveThatDraws) {
     std::vector<Move> line = lineOf(game.current(), words(c.line));
     Move shown[lineLength];
     int length = playableLine(game.current(), line.data(), shown);
-    EXPECT_EQ(textOf(shown), c.shown) << c.fen << " / " << c.line;
+    EXPECT_EQ(textOf(game.current(), shown), c.shown) << c.fen << " / " << c.line;
     EXPECT_EQ(length, static_cast<int>(words(c.shown).size())) << c.line;
   }
 }

@@ -24,7 +24,7 @@ TEST(SelfTestTable, EveryRowStoresALegalMoveOfItsPosition) {
     parseFen(position, fen);
     const std::vector<Move> legal = legalMoves(position);
     EXPECT_NE(std::find(legal.begin(), legal.end(), static_cast<Move>(move)), legal.end())
-        << "row " << row << ": " << moveText(static_cast<Move>(move)) << " in " << fen;
+        << "row " << row << ": " << moveText(position, static_cast<Move>(move)) << " in " << fen;
   }
 }
 

@@ -7,30 +7,24 @@
 
 #include "board/fen.h"
 #include "board/make_move.h"
-#include "board/queries.h"
 #include "moves/generate.h"
 
 inline std::vector<Move> legalMoves(const Position& position) {
   Move list[maxGeneratedMoves];
-  std::vector<Move> legal;
-  Position child;
-  for (int i = 0, count = generateAllMoves(position, list); i < count; ++i) {
-    makeMove(position, child, list[i]);
-    if (!kingAttacked(child, sideToMove(position))) legal.push_back(list[i]);
-  }
-  return legal;
+  return std::vector<Move>(list, list + generateLegalMoves(position, list));
 }
 
-inline std::string moveText(Move move) {
+// The text of a move of position's game.
+inline std::string moveText(const Position& position, Move move) {
   char text[8];
-  moveToText(move, text);
+  moveToText(position, move, text);
   return text;
 }
 
 // The legal move of position written as text, or 0.
 inline Move findLegalMove(const Position& position, const std::string& text) {
   for (Move move : legalMoves(position))
-    if (moveText(move) == text) return move;
+    if (moveText(position, move) == text) return move;
   return 0;
 }
 
