@@ -89,7 +89,9 @@ TEST(UciSession, MultiPvReportsThreeDistinctLinesEachIterationBestFirst) {
       R"(pv ((?:[a-h][1-8][a-h][1-8][qrbn]? )+))");
   // Every line of analysis names its rank: none repeats the first without it.
   for (const std::string& line : linesStartingWith(run.standardOutput, "info depth "))
-    if (line.find(" pv ") != std::string::npos) EXPECT_NE(line.find(" multipv "), std::string::npos) << line;
+    if (line.find(" pv ") != std::string::npos) {
+      EXPECT_NE(line.find(" multipv "), std::string::npos) << line;
+    }
   std::map<int, std::vector<int>> numbers, scores;
   std::map<int, std::set<std::string>> nodesAndTimes;
   std::map<int, std::vector<std::string>> firstMoves;
