@@ -31,7 +31,6 @@ struct RootMoveList {
 // One line of an iteration, as MultiPV sorts and shows them.
 struct PvRow {
   int32_t score;
-  int32_t timeMs;
   Move line[lineLength];
 };
 

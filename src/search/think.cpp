@@ -61,11 +61,10 @@ void reportLine(SearchState& state, const Position& root, int depth, int selDept
 }
 
 namespace {
-// The clock of one search: the soft limit after which no new iteration
-// starts (the hard limit is the polls' business), and what moves it.
+// The clock of one search: what moves the soft limit after which no new
+// iteration starts (searchLimits.softTimeLimit, which the polls read too).
 struct TimeControl {
   double goal;
-  double softLimit;
   bool exactTime;
   double bestMoveShare = 0.5;  // the running share of the nodes the best move took
   bool goalReached = false;
@@ -119,15 +118,14 @@ RootMoveList prepareSearch(SearchState& state, Position& root, const ThinkReques
 TimeControl startClock(const ThinkRequest& request) {
   searchLimits.startTime = clock(clockSettings.wholeSeconds);
   searchLimits.hardTimeLimit = searchLimits.startTime + request.hardSeconds;
-  TimeControl time{request.goalSeconds, searchLimits.startTime + 0.75 * request.goalSeconds, request.exactTime};
+  searchLimits.softTimeLimit = searchLimits.startTime + 0.75 * request.goalSeconds;
   if (request.exactTime) {
     searchLimits.hardTimeLimit = searchLimits.startTime + request.goalSeconds;
-    time.softLimit = searchLimits.hardTimeLimit;
+    searchLimits.softTimeLimit = searchLimits.hardTimeLimit;
   }
   searchLimits.nodeLimit = request.nodeLimit;
   searchLimits.startedPondering = searchSignals.pondering;
-  searchLimits.softTimeLimit = time.softLimit;
-  return time;
+  return TimeControl{request.goalSeconds, request.exactTime};
 }
 
 // A stable best move that took nearly all the nodes lets the search stop
@@ -140,12 +138,11 @@ void adjustSoftLimit(TimeControl& time, const SearchState& state, int depth, Mov
   if (depth <= 4 || searchSignals.stop || time.exactTime) return;
   if (best == state.moveByDepth[depth - 1]) {
     double percent = (102 - 100 * time.bestMoveShare) * 2.5;
-    time.softLimit = searchLimits.startTime + time.goal * 0.01 * (percent < 80 ? percent : 80);
+    searchLimits.softTimeLimit = searchLimits.startTime + time.goal * 0.01 * (percent < 80 ? percent : 80);
   } else {
-    time.softLimit = searchLimits.startTime + 1.2 * time.goal;
+    searchLimits.softTimeLimit = searchLimits.startTime + 1.2 * time.goal;
     time.bestMoveShare *= 0.9;
   }
-  searchLimits.softTimeLimit = time.softLimit;
 }
 
 // One iteration: each MultiPV line searched with its aspiration window, the
@@ -217,11 +214,14 @@ void reportIteration(SearchState& state, const Position& root, int depth, const 
   if (elapsed < 0.0001) elapsed = 0.0001;
   const uint64_t nodes = nodesOfAllThreads();
   if (state.reporter) {
-    if (options.multiPv == 1) reportLine(state, root, depth, state.selDepth, deepening.score, deepening.bestLine);
     Move playable[lineLength];
     playableLine(root, deepening.bestLine, playable);
-    state.reporter->iterationFinished(
-        LineReport{depth, state.selDepth, 0, deepening.score, nodes, elapsed, hashFullPerMille(), playable});
+    const LineReport report{depth, state.selDepth, 0, deepening.score, nodes, elapsed, hashFullPerMille(), playable};
+    if (options.multiPv == 1) {
+      state.lastShownMove = playable[0];
+      state.reporter->lineFound(report);
+    }
+    state.reporter->iterationFinished(report);
   }
   if (!searchLimits.batchMode || depth >= 32) return;
   state.depthTime[depth] = elapsed;
@@ -285,7 +285,7 @@ int think(SearchState& state, Position& root, const ThinkRequest& request) {
     deepening.selDepth = state.selDepth;
     reportIteration(state, root, depth, deepening);
 
-    if (!time.goalReached && clock(clockSettings.wholeSeconds) > time.softLimit) time.goalReached = true;
+    if (!time.goalReached && clock(clockSettings.wholeSeconds) > searchLimits.softTimeLimit) time.goalReached = true;
     if (!searchSignals.pondering && time.goalReached) break;
     if (request.mateMoves > 0 && deepening.score > mateThreshold &&
         movesToMate(deepening.score) <= request.mateMoves) {
